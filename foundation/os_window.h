@@ -1,0 +1,4 @@
+// Platform service: the window calls the support library makes itself.
+#pragma once
+
+void OsDestroyWindow(void* window);

@@ -1,0 +1,4 @@
+#include "foundation/os_window.h"
+
+// There are no windows on POSIX builds.
+void OsDestroyWindow(void*) {}

@@ -1,0 +1,62 @@
+// quill-tool from the outside: its output, line ends and exit status.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+namespace {
+
+struct ToolRun {
+  std::string out;
+  int status;
+};
+
+ToolRun Tool(const std::string& arguments) {
+  std::string command = std::string(QUILL_TOOL) + " " + arguments + " 2>/dev/null";
+  FILE* pipe = popen(command.c_str(), "r");
+  ToolRun run{{}, -1};
+  if (!pipe) return run;
+  char buffer[256];
+  size_t n;
+  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
+  int raw = pclose(pipe);
+  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  return run;
+}
+
+TEST(QuillTool, FormatsWithTheProgramsFormatter) {
+  ToolRun run = Tool("format '%s: %,d bytes, %05d, %.02d%%, %ws' s:Size 1234567 -42 12300 w:한글");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "Size: 1,234,567 bytes, 00-42, 123.00%, 한글\n");
+  EXPECT_EQ(Tool("format '%q %d' 1 2").out, "%q 2\n");
+  EXPECT_EQ(Tool("format '[%c|%s]' c:Z null").out, "[Z|<null>]\n");
+}
+
+TEST(QuillTool, BoundedFormatPrintsTheTruncatedTextAndTheSizeNeeded) {
+  ToolRun run = Tool("format --size 10 %s s:abcdefghijklmnopqrst");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "abcdefghi\n21\n");
+  EXPECT_EQ(Tool("format --size 0 %d 5").out, "\n2\n");
+}
+
+TEST(QuillTool, HexDumpUsesTheLogFormatWithItsLineEnds) {
+  std::string path = testing::TempDir() + "quill_tool_dump.bin";
+  std::ofstream(path, std::ios::binary) << "0123456789ABCDEFxyz";
+  ToolRun run = Tool("hexdump " + path);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out,
+            "0000: 30 31 32 33 34 35 36 37-38 39 41 42 43 44 45 46   0123456789ABCDEF\r\n"
+            "0010: 78 79 7A" + std::string(42, ' ') + "xyz\r\n");
+}
+
+TEST(QuillTool, FailuresAndUsageErrorsHaveTheirOwnStatus) {
+  EXPECT_EQ(Tool("hexdump /nonexistent/file").status, 1);
+  EXPECT_EQ(Tool("").status, 2);
+  EXPECT_EQ(Tool("frobnicate").status, 2);
+  EXPECT_EQ(Tool("format %d notanumber").status, 2);
+  EXPECT_EQ(Tool("format").status, 2);
+}
+
+}  // namespace
