@@ -5,20 +5,12 @@
 #include <climits>
 #include <string>
 
-#include "foundation/library.h"
-#include "tests/support/capture.h"
+#include "tests/support/klib_test.h"
 
 namespace {
 
 // The conversions of "ws" and "U8s" allocate, so the library is up for every test.
-class FormatterTest : public ::testing::Test {
- protected:
-  void SetUp() override { InitKLib(nullptr, nullptr); }
-  void TearDown() override {
-    NoteCapture quiet;
-    EXPECT_EQ(CloseKLib(), 0);
-  }
-};
+using FormatterTest = KLibTest;
 
 template <typename... Args>
 std::string Format(const char* format, Args... args) {

@@ -9,31 +9,11 @@
 #include "foundation/library.h"
 #include "foundation/os_memory.h"
 #include "tests/support/capture.h"
+#include "tests/support/klib_test.h"
 
 namespace {
 
-// The library's own number of live blocks, read through the leak report.
-int LiveBlocks() {
-  LogCapture ignored;
-  return CheckMemLeak();
-}
-
-// Every test starts the library and expects to leave the count of live blocks as it found it
-// (a broken block stays counted for good, so the count is not always zero).
-class MemoryTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    InitKLib(nullptr, nullptr);
-    baseline_ = LiveBlocks();
-  }
-  void TearDown() override {
-    EXPECT_EQ(LiveBlocks(), baseline_ + keptByDesign_) << "a test leaked blocks";
-    NoteCapture notes;
-    CloseKLib();
-  }
-  int baseline_ = 0;
-  int keptByDesign_ = 0;
-};
+using MemoryTest = KLibTest;
 
 // Gives a block that FreeMem refused back to the system, so the sanitizer sees no leak.
 void ReleaseByHand(void* pointer) { OsFreeBlock(static_cast<unsigned char*>(pointer) - kMemHeadSize); }
