@@ -41,7 +41,8 @@ struct WideArgs {
   char16_t* strings[kMaxFormatArgs] = {};
   int count = 0;
   ~WideArgs() {
-    for (int i = 0; i < count; ++i) FreeMem(strings[i]);
+    for (int i = 0; i < count; ++i)
+      FreeMem(strings[i]);
   }
 };
 
@@ -93,8 +94,8 @@ int RunFormat(int argc, char** argv) {
     }
   }
   // Every slot is passed; conversions take what they need, as in the program.
-#define QUILL_SLOTS                                                                             \
-  slots[0], slots[1], slots[2], slots[3], slots[4], slots[5], slots[6], slots[7], slots[8],     \
+#define QUILL_SLOTS                                                                         \
+  slots[0], slots[1], slots[2], slots[3], slots[4], slots[5], slots[6], slots[7], slots[8], \
       slots[9], slots[10], slots[11], slots[12], slots[13], slots[14], slots[15]
   int needed = FormatStr(nullptr, 0, format, QUILL_SLOTS);
   int bufferSize = size >= 0 ? size : needed;
@@ -122,7 +123,8 @@ int RunHexDump(int argc, char** argv) {
   size_t count;
   while ((count = fread(bytes, 1, sizeof bytes, file)) > 0) {
     char line[80];
-    fwrite(line, 1, static_cast<size_t>(FormatDumpLine(bytes, static_cast<int>(count), offset, line)),
+    fwrite(line, 1,
+           static_cast<size_t>(FormatDumpLine(bytes, static_cast<int>(count), offset, line)),
            stdout);
     offset += static_cast<unsigned>(count);
   }

@@ -56,7 +56,8 @@ int FormatDumpLine(const unsigned char* bytes, int count, unsigned offset, char*
     line[length++] = kHex[bytes[i] >> 4];
     line[length++] = kHex[bytes[i] & 0xF];
   }
-  while (length < kDumpTextColumn) line[length++] = ' ';
+  while (length < kDumpTextColumn)
+    line[length++] = ' ';
   for (int i = 0; i < count; ++i) {
     line[length++] = (bytes[i] < 33 || bytes[i] > 127) ? ' ' : static_cast<char>(bytes[i]);
   }
@@ -76,7 +77,8 @@ void DebugDump(const void* address, int count) {
   for (int start = 0; start < count; start += 16) {
     unsigned char chunk[16];
     int n = count - start < 16 ? count - start : 16;
-    for (int i = 0; i < n; ++i) chunk[i] = bytes[start + i];
+    for (int i = 0; i < n; ++i)
+      chunk[i] = bytes[start + i];
     char line[80];
     AppendToLog(line, FormatDumpLine(chunk, n, static_cast<unsigned>(start), line));
   }

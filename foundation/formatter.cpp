@@ -28,10 +28,12 @@ struct Output {
     ++count;
   }
   void Put(const char* text, int length) {
-    for (int i = 0; i < length; ++i) Put(text[i]);
+    for (int i = 0; i < length; ++i)
+      Put(text[i]);
   }
   void Repeat(char c, int times) {
-    for (int i = 0; i < times; ++i) Put(c);
+    for (int i = 0; i < times; ++i)
+      Put(c);
   }
   int Finish() {
     if (size >= 1) dest[count < size - 1 ? count : size - 1] = '\0';
@@ -126,8 +128,10 @@ int DecimalText(char* text, uint64_t magnitude, bool negative, const Spec& spec)
   } while (magnitude);
   // Fewer digits than the scale: zeros up to the scale, and a "0" before the point.
   int total = count > spec.scale ? count : spec.scale;
-  for (int i = 0; i < total - count; ++i) digits[i] = '0';
-  for (int i = 0; i < count; ++i) digits[total - count + i] = reversed[count - 1 - i];
+  for (int i = 0; i < total - count; ++i)
+    digits[i] = '0';
+  for (int i = 0; i < count; ++i)
+    digits[total - count + i] = reversed[count - 1 - i];
 
   int length = 0;
   if (negative) text[length++] = '-';
@@ -139,7 +143,8 @@ int DecimalText(char* text, uint64_t magnitude, bool negative, const Spec& spec)
   }
   int decimals = spec.scale;
   if (!spec.keepZeros) {
-    while (decimals > 0 && digits[integerDigits + decimals - 1] == '0') --decimals;
+    while (decimals > 0 && digits[integerDigits + decimals - 1] == '0')
+      --decimals;
   }
   if (decimals > 0) {
     text[length++] = '.';
@@ -158,7 +163,8 @@ int HexText(char* text, uint64_t value, bool upper, const Spec& spec) {
     reversed[count++] = alphabet[value & 0xF];
     value >>= 4;
   } while (value);
-  for (int i = 0; i < count; ++i) digits[i] = reversed[count - 1 - i];
+  for (int i = 0; i < count; ++i)
+    digits[i] = reversed[count - 1 - i];
   int length = 0;
   if (spec.hexPrefix) text[length++] = '0', text[length++] = 'x';
   return length + PutGrouped(text + length, digits, count, spec.group, 4);
@@ -173,7 +179,8 @@ void PutString(Output& out, const Spec& spec, const char* text) {
 void PutWideString(Output& out, const Spec& spec, const char16_t* text) {
   if (!text) return PutString(out, spec, kNull);
   int length = Utf16ToUtf8(text, -1, nullptr, 0);
-  char* converted = static_cast<char*>(AllocMem(static_cast<size_t>(length) + 1, kOwnerWideConversion));
+  char* converted =
+      static_cast<char*>(AllocMem(static_cast<size_t>(length) + 1, kOwnerWideConversion));
   if (!converted) return PutString(out, spec, kInternalError);
   Utf16ToUtf8(text, -1, converted, length);
   PutField(out, spec, converted, length);
@@ -190,9 +197,9 @@ void PutCodePageString(Output& out, const Spec& spec, const char* text) {
   if (!wide) return PutString(out, spec, kInternalError);
   Utf8ToUtf16(text, -1, wide, units);
   int bytes = OsWideToCodePage(kCodePageSystem, wide, units, nullptr, 0);
-  char* converted = bytes > 0 ? static_cast<char*>(AllocMem(static_cast<size_t>(bytes),
-                                                            kOwnerCodePageConversion))
-                              : nullptr;
+  char* converted =
+      bytes > 0 ? static_cast<char*>(AllocMem(static_cast<size_t>(bytes), kOwnerCodePageConversion))
+                : nullptr;
   if (converted && OsWideToCodePage(kCodePageSystem, wide, units, converted, bytes) == bytes) {
     PutField(out, spec, converted, bytes);
   } else {
@@ -227,7 +234,8 @@ int FormatText(char* dest, int size, const char* format, va_list args) {
     char c = *cursor;
     if (c == 'd') {
       int64_t value = spec.wide64 ? va_arg(ap, long long) : va_arg(ap, int);
-      uint64_t magnitude = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
+      uint64_t magnitude =
+          value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
       PutField(out, spec, text, DecimalText(text, magnitude, value < 0, spec));
       p = cursor + 1;
     } else if (c == 'u') {

@@ -35,5 +35,9 @@ int CloseKLib() {
   return leaked;
 }
 
-void* KLibInstance() { return g_instance; }
-void* KLibResourceInstance() { return g_resourceInstance; }
+void* KLibInstance() {
+  return g_instance;
+}
+void* KLibResourceInstance() {
+  return g_resourceInstance;
+}

@@ -44,8 +44,12 @@ void Store(Byte* at, T value) {
   memcpy(at, &value, sizeof value);
 }
 
-Byte* Newer(const Byte* trailer) { return Load<Byte*>(trailer + kNewerAt); }
-Byte* Older(const Byte* trailer) { return Load<Byte*>(trailer + kOlderAt); }
+Byte* Newer(const Byte* trailer) {
+  return Load<Byte*>(trailer + kNewerAt);
+}
+Byte* Older(const Byte* trailer) {
+  return Load<Byte*>(trailer + kOlderAt);
+}
 
 // A pointer that is not ours may sit right after unmapped or freed memory; the check reads the
 // word before it all the same, byte by byte, out of the sanitizer's sight.
@@ -55,7 +59,8 @@ __attribute__((no_sanitize("address")))
 bool IsOwnBlock(const Byte* block) {
   uintptr_t self = 0;
   const volatile Byte* bytes = block;
-  for (size_t i = 0; i < sizeof self; ++i) self |= static_cast<uintptr_t>(bytes[i]) << (8 * i);
+  for (size_t i = 0; i < sizeof self; ++i)
+    self |= static_cast<uintptr_t>(bytes[i]) << (8 * i);
   return self == reinterpret_cast<uintptr_t>(block);
 }
 
@@ -96,7 +101,9 @@ void StopMemoryManager() {
   g_ready = false;
 }
 
-bool IsMemoryManagerReady() { return g_ready; }
+bool IsMemoryManagerReady() {
+  return g_ready;
+}
 
 void* AllocMem(size_t size, int owner) {
   if (!g_ready) {

@@ -22,4 +22,6 @@ constexpr unsigned kMemTag = 0x47415451;  // "QTAG"
 // builds, so the caller keeps the system allocator's alignment).
 constexpr size_t kMemHeadSize = sizeof(void*) == 4 ? 8 : 16;
 // Payload bytes behind the caller's pointer: the request rounded up to 4, plus 8.
-constexpr size_t MemPayloadSize(size_t request) { return ((request + 3) & ~size_t{3}) + 8; }
+constexpr size_t MemPayloadSize(size_t request) {
+  return ((request + 3) & ~size_t{3}) + 8;
+}

@@ -4,6 +4,10 @@
 
 // There is no screen to paint on: a note is a line on stderr, and the "screen" is as high as the
 // frame's default size.
-int OsScreenHeight() { return 768; }
+int OsScreenHeight() {
+  return 768;
+}
 
-void OsDrawScreenText(int, int, const char* text) { fprintf(stderr, "%s\n", text); }
+void OsDrawScreenText(int, int, const char* text) {
+  fprintf(stderr, "%s\n", text);
+}

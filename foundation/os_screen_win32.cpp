@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
-int OsScreenHeight() { return GetSystemMetrics(SM_CYSCREEN); }
+int OsScreenHeight() {
+  return GetSystemMetrics(SM_CYSCREEN);
+}
 
 void OsDrawScreenText(int x, int y, const char* text) {
   wchar_t wide[261];

@@ -2,4 +2,6 @@
 
 #include <windows.h>
 
-void OsDestroyWindow(void* window) { DestroyWindow(static_cast<HWND>(window)); }
+void OsDestroyWindow(void* window) {
+  DestroyWindow(static_cast<HWND>(window));
+}

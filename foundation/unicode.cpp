@@ -19,8 +19,12 @@ struct Sink {
   int Result() const { return (target && size > 0 && count > size) ? size : count; }
 };
 
-bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool IsHighSurrogate(char32_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+bool IsLowSurrogate(char32_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 void PutUtf8(Sink<char>& sink, char32_t code) {
   if (code < 0x80) {
@@ -74,7 +78,8 @@ char32_t DecodeUtf8(const unsigned char* text, int left, int* used) {
 
 int Utf16Length(const char16_t* text) {
   int length = 0;
-  while (text[length]) ++length;
+  while (text[length])
+    ++length;
   return length;
 }
 

@@ -27,10 +27,9 @@ HWND CreateMdiClient(HWND frame) {
   CLIENTCREATESTRUCT client = {};
   client.hWindowMenu = GetSubMenu(GetMenu(frame), kWindowMenuPosition);
   client.idFirstChild = IDM_FIRST_CHILD;
-  return CreateWindowExW(0, L"MDICLIENT", nullptr,
-                         WS_CHILD | WS_CLIPCHILDREN | WS_VSCROLL | WS_HSCROLL | WS_VISIBLE, 0, 0,
-                         0, 0, frame, reinterpret_cast<HMENU>(IDC_MDI_CLIENT), g_frame.instance,
-                         &client);
+  return CreateWindowExW(
+      0, L"MDICLIENT", nullptr, WS_CHILD | WS_CLIPCHILDREN | WS_VSCROLL | WS_HSCROLL | WS_VISIBLE,
+      0, 0, 0, 0, frame, reinterpret_cast<HMENU>(IDC_MDI_CLIENT), g_frame.instance, &client);
 }
 
 HWND CreateStatusBar(HWND frame) {

@@ -1,7 +1,7 @@
 // The entry routine: start-up in order, the message loop, and shutdown.
-#include <winsock2.h>
-#include <windows.h>
 #include <commctrl.h>
+#include <windows.h>
+#include <winsock2.h>
 
 #include "foundation/diagnostics.h"
 #include "foundation/library.h"
@@ -67,10 +67,11 @@ extern "C"
 #ifdef __i386__
     __attribute__((force_align_arg_pointer))
 #endif
-    void _start() {
+    void
+    _start() {
   STARTUPINFOW startup;
   GetStartupInfoW(&startup);
   int show = (startup.dwFlags & STARTF_USESHOWWINDOW) ? startup.wShowWindow : SW_SHOWDEFAULT;
-  ExitProcess(static_cast<UINT>(
-      QuillMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), show)));
+  ExitProcess(
+      static_cast<UINT>(QuillMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), show)));
 }

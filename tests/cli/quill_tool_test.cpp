@@ -20,7 +20,8 @@ ToolRun Tool(const std::string& arguments) {
   if (!pipe) return run;
   char buffer[256];
   size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
+  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+    run.out.append(buffer, n);
   int raw = pclose(pipe);
   run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
   return run;
@@ -48,7 +49,8 @@ TEST(QuillTool, HexDumpUsesTheLogFormatWithItsLineEnds) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out,
             "0000: 30 31 32 33 34 35 36 37-38 39 41 42 43 44 45 46   0123456789ABCDEF\r\n"
-            "0010: 78 79 7A" + std::string(42, ' ') + "xyz\r\n");
+            "0010: 78 79 7A" +
+                std::string(42, ' ') + "xyz\r\n");
 }
 
 TEST(QuillTool, FailuresAndUsageErrorsHaveTheirOwnStatus) {

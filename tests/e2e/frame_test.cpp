@@ -49,7 +49,8 @@ TEST(Frame, ExitCommandClosesTheFrame) {
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(PrepareFreshCopy(L"exit-command")));
   PostMessageW(quill.Frame(), WM_COMMAND, 85, 0);
-  for (int i = 0; i < 200 && quill.Running(); ++i) Sleep(50);
+  for (int i = 0; i < 200 && quill.Running(); ++i)
+    Sleep(50);
   EXPECT_FALSE(quill.Running());
   EXPECT_EQ(quill.CloseAndWait(1000), 0);
 }

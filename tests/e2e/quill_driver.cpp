@@ -15,7 +15,9 @@ std::wstring ParentFolder(const std::wstring& folder) {
   return trimmed.substr(0, trimmed.find_last_of(L'\\') + 1);
 }
 
-std::wstring BuildFolder() { return ParentFolder(ProgramFolder()); }
+std::wstring BuildFolder() {
+  return ParentFolder(ProgramFolder());
+}
 
 void RemoveTree(const std::wstring& folder) {
   WIN32_FIND_DATAW found;

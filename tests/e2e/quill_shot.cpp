@@ -10,7 +10,8 @@ int wmain(int argc, wchar_t** argv) {
     return 2;
   }
   std::wstring arguments;
-  for (int i = 3; i < argc; ++i) arguments += (i > 3 ? L" \"" : L"\"") + std::wstring(argv[i]) + L"\"";
+  for (int i = 3; i < argc; ++i)
+    arguments += (i > 3 ? L" \"" : L"\"") + std::wstring(argv[i]) + L"\"";
   QuillProcess quill;
   if (!quill.Start(argv[2], arguments)) {
     fprintf(stderr, "quill-shot: Quill did not show its frame\n");

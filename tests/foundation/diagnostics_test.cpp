@@ -11,15 +11,18 @@ namespace {
 TEST(DebugDump, TwentyBytesMakeAFullAndAPaddedLine) {
   unsigned char bytes[20];
   const char* text = "Quill dump!";
-  for (int i = 0; i < 20; ++i) bytes[i] = static_cast<unsigned char>(i < 11 ? text[i] : 0x7C + i);
+  for (int i = 0; i < 20; ++i)
+    bytes[i] = static_cast<unsigned char>(i < 11 ? text[i] : 0x7C + i);
   bytes[5] = ' ';
   bytes[6] = 0x7F;
   LogCapture log;
   DebugDump(bytes, 20);
   // Blanks and bytes below 33 or above 127 show as blanks; 127 itself is shown.
   EXPECT_EQ(log.Text(),
-            "0000: 51 75 69 6C 6C 20 7F 75-6D 70 21 87 88 89 8A 8B   Quill \x7F" "ump!     \r\n"
-            "0010: 8C 8D 8E 8F" + std::string(39 + 4, ' ') + "\r\n");
+            "0000: 51 75 69 6C 6C 20 7F 75-6D 70 21 87 88 89 8A 8B   Quill \x7F"
+            "ump!     \r\n"
+            "0010: 8C 8D 8E 8F" +
+                std::string(39 + 4, ' ') + "\r\n");
 }
 
 TEST(DebugDump, OffsetsKeepTheirLowSixteenBits) {
@@ -46,7 +49,8 @@ TEST(DebugLog, LinesAreCutAt1023Characters) {
 
 TEST(ScreenNote, NotesStepDownAndWrapAtTheScreenHeight) {
   NoteCapture notes(480);
-  for (int i = 0; i < 31; ++i) ScreenNote("note %d", i);
+  for (int i = 0; i < 31; ++i)
+    ScreenNote("note %d", i);
   ASSERT_EQ(notes.Notes().size(), 31u);
   for (int i = 0; i < 30; ++i) {
     EXPECT_EQ(notes.Notes()[static_cast<size_t>(i)].y, i * 16);

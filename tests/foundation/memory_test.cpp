@@ -16,7 +16,9 @@ namespace {
 using MemoryTest = KLibTest;
 
 // Gives a block that FreeMem refused back to the system, so the sanitizer sees no leak.
-void ReleaseByHand(void* pointer) { OsFreeBlock(static_cast<unsigned char*>(pointer) - kMemHeadSize); }
+void ReleaseByHand(void* pointer) {
+  OsFreeBlock(static_cast<unsigned char*>(pointer) - kMemHeadSize);
+}
 
 TEST(MemoryBeforeStart, AllocationFailsWithANote) {
   if (IsMemoryManagerReady()) {
@@ -71,7 +73,8 @@ TEST_F(MemoryTest, DoubleFreeIsLoggedWithADumpAndFreesNothing) {
 
 TEST_F(MemoryTest, ForeignPointerIsLoggedAndLeftAlone) {
   alignas(16) unsigned char buffer[128];
-  for (int i = 0; i < 128; ++i) buffer[i] = static_cast<unsigned char>(i);
+  for (int i = 0; i < 128; ++i)
+    buffer[i] = static_cast<unsigned char>(i);
   int before = LiveBlocks();
   LogCapture log;
   FreeMem(buffer + 32);
@@ -133,8 +136,10 @@ TEST_F(MemoryTest, ConcurrentAllocationKeepsTheListWhole) {
   auto work = [](int owner) {
     std::vector<void*> blocks;
     for (int round = 0; round < 200; ++round) {
-      for (int i = 0; i < 20; ++i) blocks.push_back(AllocMem(static_cast<size_t>(i * 3), owner));
-      for (void* block : blocks) FreeMem(block);
+      for (int i = 0; i < 20; ++i)
+        blocks.push_back(AllocMem(static_cast<size_t>(i * 3), owner));
+      for (void* block : blocks)
+        FreeMem(block);
       blocks.clear();
     }
   };

@@ -7,13 +7,17 @@
 namespace {
 
 std::string ToUtf8(const std::u16string& text) {
-  std::string out(static_cast<size_t>(Utf16ToUtf8(text.data(), static_cast<int>(text.size()), nullptr, 0)), '\0');
+  std::string out(
+      static_cast<size_t>(Utf16ToUtf8(text.data(), static_cast<int>(text.size()), nullptr, 0)),
+      '\0');
   Utf16ToUtf8(text.data(), static_cast<int>(text.size()), out.data(), static_cast<int>(out.size()));
   return out;
 }
 
 std::u16string ToUtf16(const std::string& text) {
-  std::u16string out(static_cast<size_t>(Utf8ToUtf16(text.data(), static_cast<int>(text.size()), nullptr, 0)), u'\0');
+  std::u16string out(
+      static_cast<size_t>(Utf8ToUtf16(text.data(), static_cast<int>(text.size()), nullptr, 0)),
+      u'\0');
   Utf8ToUtf16(text.data(), static_cast<int>(text.size()), out.data(), static_cast<int>(out.size()));
   return out;
 }

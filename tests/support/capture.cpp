@@ -8,8 +8,12 @@ namespace {
 int g_height = 768;
 std::vector<PaintedNote> g_notes;
 
-int CapturedHeight() { return g_height; }
-void CapturedDraw(int x, int y, const char* text) { g_notes.push_back({x, y, text}); }
+int CapturedHeight() {
+  return g_height;
+}
+void CapturedDraw(int x, int y, const char* text) {
+  g_notes.push_back({x, y, text});
+}
 
 long long FileSize(const std::string& path) {
   std::ifstream file(path, std::ios::binary | std::ios::ate);
@@ -37,6 +41,10 @@ NoteCapture::NoteCapture(int screenHeight) : surface_{CapturedHeight, CapturedDr
   previous_ = SetScreenSurface(&surface_);
 }
 
-NoteCapture::~NoteCapture() { SetScreenSurface(previous_); }
+NoteCapture::~NoteCapture() {
+  SetScreenSurface(previous_);
+}
 
-const std::vector<PaintedNote>& NoteCapture::Notes() const { return g_notes; }
+const std::vector<PaintedNote>& NoteCapture::Notes() const {
+  return g_notes;
+}
