@@ -1,7 +1,10 @@
 // The entry routine: start-up in order, the message loop, and shutdown.
-#include <commctrl.h>
-#include <windows.h>
+// The socket header must come before the Windows header.
 #include <winsock2.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
 
 #include "foundation/diagnostics.h"
 #include "foundation/library.h"

@@ -1,0 +1,21 @@
+// quill-tool: the program's own logic on the command line. Each command prints exactly what the
+// program would show, as UTF-8 with the program's line ends.
+#pragma once
+
+constexpr int kExitOk = 0;
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+// Owner number of the tool's own blocks.
+constexpr int kOwnerTool = 900;
+
+// A command gets the arguments after its name; a usage error returns kExitUsage and the tool then
+// prints its usage text.
+struct ToolCommand {
+  const char* name;
+  int (*run)(int argc, char** argv);
+  const char* usage;
+};
+
+int RunFormatCommand(int argc, char** argv);
+int RunHexDumpCommand(int argc, char** argv);
