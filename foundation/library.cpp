@@ -4,6 +4,7 @@
 #include "foundation/memory.h"
 #include "foundation/modeless.h"
 #include "foundation/os_lock.h"
+#include "foundation/settings.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ void InitKLib(void* instance, void* resourceInstance) {
   OsCreateLock(&g_stringCacheLock);
   OsCreateLock(&g_spareLock);
   StartMemoryManager();
+  InitSettingsPaths();
 }
 
 int CloseKLib() {

@@ -30,3 +30,16 @@ bool WriteNums(const char* section, const char* key, int a, int b = kOmitNum, in
 // a null value writes an empty string.
 void WriteToFile(const char* file, const char* section, const char* key, const char* value);
 int ReadFromFile(const char* file, const char* section, int index, char* buffer, int size);
+
+// Derives the settings and log paths from the program's own path and clears the read-only
+// attribute of the settings file; called by the library's start-up.
+void InitSettingsPaths();
+// The settings file and the log path in the system's form.
+const char* SettingsPath();
+const char* SettingsLogPath();
+// Points the store at another file (internal form): quill-tool's --ini and the tests use it.
+bool SetSettingsPath(const char* internalPath);
+
+// `modulePath` (internal form) with its extension replaced by `extension`; a file name that is a
+// valid 8.3 name is upper-cased. False when the result does not fit.
+bool MakeProfilePath(const char* modulePath, const char* extension, char* target, int size);
