@@ -8,6 +8,7 @@
 #include "foundation/diagnostics.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
+#include "foundation/settings.h"
 #include "foundation/unicode.h"
 
 namespace {
@@ -113,3 +114,27 @@ int RunHexDumpCommand(int argc, char** argv) {
   return failed ? kExitFailed : kExitOk;
 }
 
+// ini get FILE SECTION KEY [DEFAULT] | ini int FILE SECTION KEY DEFAULT | ini set FILE SECTION KEY
+// VALUE: the settings store's raw reading and writing, on any profile file.
+int RunIniCommand(int argc, char** argv) {
+  if (argc < 4 || !SetSettingsPath(argv[1])) return kExitUsage;
+  const char* verb = argv[0];
+  const char* section = argv[2];
+  const char* key = argv[3];
+  if (strcmp(verb, "get") == 0 && argc <= 5) {
+    char value[4096];
+    ReadStrDef(section, key, value, sizeof value, argc == 5 ? argv[4] : "");
+    printf("%s\n", value);
+    return kExitOk;
+  }
+  if (strcmp(verb, "int") == 0 && argc == 5) {
+    printf("%d\n", ReadInt(section, key, atoi(argv[4])));
+    return kExitOk;
+  }
+  if (strcmp(verb, "set") == 0 && argc == 5) {
+    if (WriteStr(section, key, argv[4])) return kExitOk;
+    fprintf(stderr, "quill-tool: cannot write %s\n", argv[1]);
+    return kExitFailed;
+  }
+  return kExitUsage;
+}

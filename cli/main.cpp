@@ -16,12 +16,18 @@ const ToolCommand kCommands[] = {
      "format [--size N] FORMAT [ARG...]   the program's formatter; an ARG is a number (decimal\n"
      "                                    or 0x), s:TEXT, w:TEXT (as UTF-16), c:X (its first\n"
      "                                    byte) or null"},
-    {"hexdump", RunHexDumpCommand, "hexdump FILE                        the log's hex dump of a file"},
+    {"hexdump", RunHexDumpCommand,
+     "hexdump FILE                        the log's hex dump of a file"},
+    {"ini", RunIniCommand,
+     "ini get FILE SECTION KEY [DEFAULT]  a profile file's value as the settings store reads it\n"
+     "  ini int FILE SECTION KEY DEFAULT    ... as an integer\n"
+     "  ini set FILE SECTION KEY VALUE      writes a value, keeping every other line"},
 };
 
 int Usage() {
   fputs("usage: quill-tool COMMAND ...\n", stderr);
-  for (const ToolCommand& command : kCommands) fprintf(stderr, "  %s\n", command.usage);
+  for (const ToolCommand& command : kCommands)
+    fprintf(stderr, "  %s\n", command.usage);
   return kExitUsage;
 }
 

@@ -19,3 +19,4 @@ struct ToolCommand {
 
 int RunFormatCommand(int argc, char** argv);
 int RunHexDumpCommand(int argc, char** argv);
+int RunIniCommand(int argc, char** argv);

@@ -41,8 +41,8 @@ bool ReadFileText(const char* file, FileText* out) {
 }
 
 int CopyOut(ProfileSpan value, char* buffer, int size) {
-  size_t count = value.length < static_cast<size_t>(size - 1) ? value.length
-                                                               : static_cast<size_t>(size - 1);
+  size_t count =
+      value.length < static_cast<size_t>(size - 1) ? value.length : static_cast<size_t>(size - 1);
   memcpy(buffer, value.text, count);
   buffer[count] = '\0';
   return static_cast<int>(count);
@@ -55,13 +55,13 @@ int OsProfileGetString(const char* file, const char* section, const char* key, c
   if (size <= 0) return 0;
   FileText text;
   ProfileSpan value;
-  if (ReadFileText(file, &text) &&
-      ProfileFindValue(text.text, text.length, section, key, &value)) {
+  if (ReadFileText(file, &text) && ProfileFindValue(text.text, text.length, section, key, &value)) {
     return CopyOut(ProfileStripQuotes(value), buffer, size);
   }
   if (!fallback) fallback = "";
   size_t length = strlen(fallback);
-  while (length > 0 && fallback[length - 1] == ' ') --length;
+  while (length > 0 && fallback[length - 1] == ' ')
+    --length;
   return CopyOut({fallback, length}, buffer, size);
 }
 

@@ -5,9 +5,13 @@
 namespace {
 
 // The characters the profile functions trim around names and values.
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r';
+}
 
-char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; }
+char Lower(char c) {
+  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
+}
 
 bool SameName(const char* a, size_t aLength, const char* b) {
   size_t bLength = strlen(b);
@@ -19,8 +23,10 @@ bool SameName(const char* a, size_t aLength, const char* b) {
 }
 
 ProfileSpan Trim(const char* text, size_t length) {
-  while (length > 0 && IsBlank(*text)) ++text, --length;
-  while (length > 0 && IsBlank(text[length - 1])) --length;
+  while (length > 0 && IsBlank(*text))
+    ++text, --length;
+  while (length > 0 && IsBlank(text[length - 1]))
+    --length;
   return {text, length};
 }
 
@@ -33,7 +39,8 @@ struct Line {
 
 Line LineAt(const char* text, size_t length, size_t start) {
   size_t end = start;
-  while (end < length && text[end] != '\n') ++end;
+  while (end < length && text[end] != '\n')
+    ++end;
   size_t content = end;
   if (content > start && text[content - 1] == '\r') --content;
   return {start, content - start, end < length ? end + 1 : length};
@@ -45,7 +52,8 @@ bool SectionName(const char* text, const Line& line, ProfileSpan* name) {
   if (trimmed.length == 0 || trimmed.text[0] != '[') return false;
   // The name runs to the last ']' of the line.
   size_t close = trimmed.length;
-  while (close > 1 && trimmed.text[close - 1] != ']') --close;
+  while (close > 1 && trimmed.text[close - 1] != ']')
+    --close;
   if (close <= 1) return false;
   *name = Trim(trimmed.text + 1, close - 2);
   return true;
@@ -119,12 +127,11 @@ void PutEntry(Writer& out, const char* key, const char* value) {
 
 // The line of `key` inside a section's body, if it is there.
 static bool FindEntry(const char* text, const SectionPlace& place, const char* key, Line* found,
-               ProfileSpan* value) {
+                      ProfileSpan* value) {
   for (size_t at = place.body; at < place.end;) {
     Line line = LineAt(text, place.end, at);
     ProfileSpan entryKey;
-    if (EntryName(text, line, &entryKey, value) &&
-        SameName(entryKey.text, entryKey.length, key)) {
+    if (EntryName(text, line, &entryKey, value) && SameName(entryKey.text, entryKey.length, key)) {
       *found = line;
       return true;
     }
@@ -181,7 +188,8 @@ size_t ProfileSetValue(const char* text, size_t length, const char* section, con
 unsigned ProfileParseInt(ProfileSpan value) {
   const char* p = value.text;
   size_t left = value.length < 29 ? value.length : 29;
-  while (left > 0 && static_cast<unsigned char>(*p) <= ' ') ++p, --left;
+  while (left > 0 && static_cast<unsigned char>(*p) <= ' ')
+    ++p, --left;
   bool minus = false;
   if (left > 0 && (*p == '+' || *p == '-')) {
     minus = *p == '-';

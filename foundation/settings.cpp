@@ -28,7 +28,9 @@ struct Scratch {
   Scratch& operator=(const Scratch&) = delete;
 };
 
-bool IsShortNameChar(char c) { return !strchr(" +,;=[]", c); }
+bool IsShortNameChar(char c) {
+  return !strchr(" +,;=[]", c);
+}
 
 // At most 8 characters, optionally '.' and at most 3 more, none of the forbidden ones.
 bool IsShortName(const char* name) {
@@ -77,8 +79,12 @@ void InitSettingsPaths() {
   DerivePath(module, "log", g_logPath);
 }
 
-const char* SettingsPath() { return g_settingsPath; }
-const char* SettingsLogPath() { return g_logPath; }
+const char* SettingsPath() {
+  return g_settingsPath;
+}
+const char* SettingsLogPath() {
+  return g_logPath;
+}
 
 bool SetSettingsPath(const char* internalPath) {
   return ToSystemPath(internalPath, g_settingsPath, kPathSize) >= 0;
@@ -92,8 +98,7 @@ int ReadStr(const char* section, const char* key, char* buffer, int size) {
   return OsProfileGetString(g_settingsPath, section, key, "", buffer, size);
 }
 
-int ReadStrDef(const char* section, const char* key, char* buffer, int size,
-               const char* fallback) {
+int ReadStrDef(const char* section, const char* key, char* buffer, int size, const char* fallback) {
   return OsProfileGetString(g_settingsPath, section, key, fallback, buffer, size);
 }
 

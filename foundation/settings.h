@@ -1,6 +1,7 @@
 // The settings store: one INI file beside the program (its module path with the extension "ini"),
 // read and written key by key through the profile functions, with nothing cached. Section "Config"
-// holds the options, "DlgPos" the placements; other parts of the program keep sections of their own.
+// holds the options, "DlgPos" the placements; other parts of the program keep sections of their
+// own.
 //
 // Values are bytes as they stand in the file ("raw") or text in the internal form (UTF-8), which is
 // converted to and from the system code page around the profile call.

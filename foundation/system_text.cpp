@@ -29,7 +29,8 @@ int ToSystemText(const char* internal, char* target, int size) {
   }
   WideText wide;
   wide.length = Utf8ToUtf16(internal, length, nullptr, 0);
-  wide.units = static_cast<char16_t*>(AllocMem(static_cast<size_t>(wide.length) * 2, kOwnerSystemText));
+  wide.units =
+      static_cast<char16_t*>(AllocMem(static_cast<size_t>(wide.length) * 2, kOwnerSystemText));
   if (!wide.units) return -1;
   Utf8ToUtf16(internal, length, wide.units, wide.length);
   int bytes = OsWideToCodePage(kCodePageSystem, wide.units, wide.length, nullptr, 0);
@@ -49,7 +50,8 @@ int FromSystemText(const char* system, char* target, int size) {
   WideText wide;
   wide.length = OsCodePageToWide(kCodePageSystem, system, length, nullptr, 0);
   if (wide.length <= 0) return -1;
-  wide.units = static_cast<char16_t*>(AllocMem(static_cast<size_t>(wide.length) * 2, kOwnerSystemText));
+  wide.units =
+      static_cast<char16_t*>(AllocMem(static_cast<size_t>(wide.length) * 2, kOwnerSystemText));
   if (!wide.units) return -1;
   OsCodePageToWide(kCodePageSystem, system, length, wide.units, wide.length);
   int bytes = Utf16ToUtf8(wide.units, wide.length, nullptr, 0);

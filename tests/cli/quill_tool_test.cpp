@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -51,6 +52,20 @@ TEST(QuillTool, HexDumpUsesTheLogFormatWithItsLineEnds) {
             "0000: 30 31 32 33 34 35 36 37-38 39 41 42 43 44 45 46   0123456789ABCDEF\r\n"
             "0010: 78 79 7A" +
                 std::string(42, ' ') + "xyz\r\n");
+}
+
+TEST(QuillTool, IniReadsAndWritesLikeTheSettingsStore) {
+  std::string path = testing::TempDir() + "quill_tool_settings.ini";
+  std::ofstream(path, std::ios::binary) << "; mine\r\n[Config]\r\n UseSelfFontFg = 0x10 \r\n";
+  EXPECT_EQ(Tool("ini int " + path + " config useselffontfg 5").out, "16\n");
+  EXPECT_EQ(Tool("ini int " + path + " Config Missing 5").out, "5\n");
+  EXPECT_EQ(Tool("ini set " + path + " Config Language English").status, 0);
+  EXPECT_EQ(Tool("ini get " + path + " CONFIG LANGUAGE").out, "English\n");
+  EXPECT_EQ(Tool("ini get " + path + " Config Missing 'dflt  '").out, "dflt\n");
+  std::ifstream file(path, std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  EXPECT_EQ(text, "; mine\r\n[Config]\r\n UseSelfFontFg = 0x10 \r\nLanguage=English\r\n");
+  EXPECT_EQ(Tool("ini frob " + path + " a b").status, 2);
 }
 
 TEST(QuillTool, FailuresAndUsageErrorsHaveTheirOwnStatus) {
