@@ -1,6 +1,7 @@
 #include "foundation/library.h"
 
 #include "foundation/diagnostics.h"
+#include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/modeless.h"
 #include "foundation/os_lock.h"
@@ -29,7 +30,12 @@ void InitKLib(void* instance, void* resourceInstance) {
 int CloseKLib() {
   if (!IsMemoryManagerReady()) return 0;
   DestroyModelessDialogs();
+  {
+    LockGuard guard(&g_stringCacheLock);
+    FreeStringCache();
+  }
   OsDeleteLock(&g_stringCacheLock);
+  UnloadLanguage();
   int leaked = CheckMemLeak();
   if (leaked) ScreenNote("MemLeak=%d", leaked);
   StopMemoryManager();
@@ -42,4 +48,8 @@ void* KLibInstance() {
 }
 void* KLibResourceInstance() {
   return g_resourceInstance;
+}
+
+OsLock* StringCacheLock() {
+  return &g_stringCacheLock;
 }
