@@ -1,0 +1,231 @@
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "foundation/fileutil.h"
+#include "foundation/memory.h"
+
+namespace {
+
+constexpr int kOwnerCommandLine = 30;
+constexpr int kCommandLineUnits = 32768;
+
+// A path in the system's form: UTF-16 with '\' separators, at most MAX_PATH units.
+struct WidePath {
+  wchar_t text[MAX_PATH];
+  bool ok;
+  explicit WidePath(const char* path) {
+    int length = path ? MultiByteToWideChar(CP_UTF8, 0, path, -1, text, MAX_PATH) : 0;
+    ok = length > 0;
+    for (int i = 0; ok && i < length; ++i) {
+      if (text[i] == L'/') text[i] = L'\\';
+    }
+    if (!ok) SetLastError(kErrorNotEnoughMemory);
+  }
+};
+
+void ToInternal(const wchar_t* wide, char* target, int size) {
+  int length = WideCharToMultiByte(CP_UTF8, 0, wide, -1, target, size, nullptr, nullptr);
+  if (length <= 0) target[0] = '\0';
+  for (char* p = target; *p; ++p) {
+    if (*p == '\\') *p = '/';
+  }
+}
+
+void FillFindData(const WIN32_FIND_DATAW& data, FindData* found) {
+  ToInternal(data.cFileName, found->name, sizeof found->name);
+  found->attributes = data.dwFileAttributes;
+  found->size = (static_cast<uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+}
+
+HANDLE Handle(FileHandle file) {
+  return reinterpret_cast<HANDLE>(file);
+}
+
+// A UTF-16 copy of up to 32768 units in a block of its own.
+wchar_t* WideText(const char* text) {
+  wchar_t* wide =
+      static_cast<wchar_t*>(AllocMem(kCommandLineUnits * sizeof(wchar_t), kOwnerCommandLine));
+  if (wide && MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, kCommandLineUnits) <= 0) {
+    FreeMem(wide);
+    wide = nullptr;
+  }
+  if (!wide) SetLastError(kErrorNotEnoughMemory);
+  return wide;
+}
+
+// The command line in UTF-16 with the program's '/' turned into '\'.
+wchar_t* WideCommandLine(const char* commandLine) {
+  wchar_t* wide = WideText(commandLine);
+  if (!wide) return nullptr;
+  wchar_t* p = wide;
+  bool quoted = *p == L'"';
+  if (quoted) ++p;
+  for (; *p && (quoted ? *p != L'"' : *p > L' '); ++p) {
+    if (*p == L'/') *p = L'\\';
+  }
+  return wide;
+}
+
+bool Start(const char* commandLine, int show, PROCESS_INFORMATION* process) {
+  wchar_t* wide = WideCommandLine(commandLine);
+  if (!wide) return false;
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESHOWWINDOW;
+  startup.wShowWindow = static_cast<WORD>(show);
+  BOOL ok = CreateProcessW(nullptr, wide, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                           process);
+  FreeMem(wide);
+  return ok != FALSE;
+}
+
+}  // namespace
+
+bool FileCopy(const char* source, const char* target, bool failIfExists) {
+  WidePath from(source), to(target);
+  return from.ok && to.ok && CopyFileW(from.text, to.text, failIfExists);
+}
+
+bool FileMove(const char* source, const char* target) {
+  WidePath from(source), to(target);
+  return from.ok && to.ok && MoveFileW(from.text, to.text);
+}
+
+bool FileDelete(const char* path) {
+  WidePath wide(path);
+  return wide.ok && DeleteFileW(wide.text);
+}
+
+bool FolderCreate(const char* path) {
+  WidePath wide(path);
+  return wide.ok && CreateDirectoryW(wide.text, nullptr);
+}
+
+bool FolderRemove(const char* path) {
+  WidePath wide(path);
+  return wide.ok && RemoveDirectoryW(wide.text);
+}
+
+FileHandle FileOpen(const char* path, unsigned access, unsigned share, unsigned disposition,
+                    unsigned flags) {
+  WidePath wide(path);
+  if (!wide.ok) {
+    SetLastError(0);
+    return kInvalidFile;
+  }
+  HANDLE file = CreateFileW(wide.text, access, share, nullptr, disposition,
+                            flags ? flags : FILE_ATTRIBUTE_NORMAL, nullptr);
+  return file == INVALID_HANDLE_VALUE ? kInvalidFile : reinterpret_cast<FileHandle>(file);
+}
+
+void FileClose(FileHandle file) {
+  if (file != kInvalidFile) CloseHandle(Handle(file));
+}
+
+bool FileSetAttributes(const char* path, unsigned attributes) {
+  WidePath wide(path);
+  return wide.ok && SetFileAttributesW(wide.text, attributes);
+}
+
+unsigned FileGetAttributes(const char* path) {
+  WidePath wide(path);
+  return wide.ok ? static_cast<unsigned>(GetFileAttributesW(wide.text)) : unsigned{kNoAttributes};
+}
+
+FileHandle FileFindFirst(const char* pattern, FindData* found) {
+  WidePath wide(pattern);
+  if (!wide.ok) return kInvalidFile;
+  WIN32_FIND_DATAW data;
+  HANDLE search = FindFirstFileW(wide.text, &data);
+  if (search == INVALID_HANDLE_VALUE) return kInvalidFile;
+  FillFindData(data, found);
+  return reinterpret_cast<FileHandle>(search);
+}
+
+bool FileFindNext(FileHandle search, FindData* found) {
+  WIN32_FIND_DATAW data;
+  if (!FindNextFileW(Handle(search), &data)) return false;
+  FillFindData(data, found);
+  return true;
+}
+
+void FileFindClose(FileHandle search) {
+  if (search != kInvalidFile) FindClose(Handle(search));
+}
+
+bool FileRead(FileHandle file, void* buffer, unsigned size, unsigned* done) {
+  DWORD count = 0;
+  BOOL ok = ReadFile(Handle(file), buffer, size, &count, nullptr);
+  *done = count;
+  return ok != FALSE;
+}
+
+bool FileWrite(FileHandle file, const void* buffer, unsigned size, unsigned* done) {
+  DWORD count = 0;
+  BOOL ok = WriteFile(Handle(file), buffer, size, &count, nullptr);
+  *done = count;
+  return ok != FALSE;
+}
+
+uint64_t FileGetSize(FileHandle file) {
+  DWORD high = 0;
+  DWORD low = GetFileSize(Handle(file), &high);
+  if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR) return ~0ull;
+  return (static_cast<uint64_t>(high) << 32) | low;
+}
+
+bool FileSeek(FileHandle file, int64_t offset, unsigned origin, uint64_t* position) {
+  LARGE_INTEGER distance, result;
+  distance.QuadPart = offset;
+  if (!SetFilePointerEx(Handle(file), distance, &result, origin)) return false;
+  if (position) *position = static_cast<uint64_t>(result.QuadPart);
+  return true;
+}
+
+unsigned FileStamp(FileHandle file) {
+  FILETIME written;
+  if (!GetFileTime(Handle(file), nullptr, nullptr, &written)) return 0;
+  return StampFromFileTime((static_cast<uint64_t>(written.dwHighDateTime) << 32) |
+                           written.dwLowDateTime);
+}
+
+unsigned FileLastError() {
+  return GetLastError();
+}
+
+bool StartProgram(const char* commandLine, int show) {
+  PROCESS_INFORMATION process;
+  if (!Start(commandLine, show, &process)) return false;
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return true;
+}
+
+int StartProgramAndWait(const char* commandLine, int show, unsigned timeoutMs) {
+  PROCESS_INFORMATION process;
+  if (!Start(commandLine, show, &process)) return -1;
+  int result = -1;
+  if (WaitForSingleObject(process.hProcess, timeoutMs) == WAIT_OBJECT_0) {
+    DWORD code = 0;
+    if (GetExitCodeProcess(process.hProcess, &code)) result = static_cast<int>(code);
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return result;
+}
+
+bool ShellOpen(void* owner, const char* verb, const char* file, const char* parameters,
+               const char* folder, int show) {
+  WidePath wideFile(file);
+  if (!wideFile.ok) return false;
+  wchar_t wideVerb[32] = L"";
+  if (verb) MultiByteToWideChar(CP_UTF8, 0, verb, -1, wideVerb, 32);
+  wchar_t* wideParameters = parameters ? WideText(parameters) : nullptr;
+  WidePath wideFolder(folder ? folder : "");
+  HINSTANCE result =
+      ShellExecuteW(static_cast<HWND>(owner), verb ? wideVerb : nullptr, wideFile.text,
+                    wideParameters, folder ? wideFolder.text : nullptr, show);
+  FreeMem(wideParameters);
+  return reinterpret_cast<INT_PTR>(result) > 32;
+}
