@@ -1,0 +1,111 @@
+#include <windows.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "foundation/fileutil.h"
+#include "foundation/formatter.h"
+#include "foundation/language.h"
+#include "foundation/os_path.h"
+#include "foundation/translate.h"
+
+namespace {
+
+constexpr int kTextUnits = 1024;
+constexpr int kNameBytes = 32;
+constexpr int kLastTranslatedControl = 900;
+
+// Sets a window's text from an entry of the language, unless the entry is empty.
+void SetTextFromEntry(HWND window, int number) {
+  const char* text = LanguageText(number);
+  if (!*text) return;
+  wchar_t wide[kTextUnits];
+  if (MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, kTextUnits) > 0) SetWindowTextW(window, wide);
+}
+
+void SetMenuText(HMENU menu, int position, int number) {
+  const char* text = LanguageText(number);
+  if (!*text) return;
+  wchar_t wide[kTextUnits];
+  if (MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, kTextUnits) <= 0) return;
+  MENUITEMINFOW item = {};
+  item.cbSize = sizeof item;
+  item.fMask = MIIM_STRING;
+  item.dwTypeData = wide;
+  SetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &item);
+}
+
+BOOL CALLBACK TranslateControl(HWND control, LPARAM base) {
+  int id = GetDlgCtrlID(control);
+  if (id >= 0 && id < kLastTranslatedControl)
+    SetTextFromEntry(control, static_cast<int>(base) + id);
+  return TRUE;
+}
+
+}  // namespace
+
+void TranslateMenu(void* handle) {
+  HMENU menu = static_cast<HMENU>(handle);
+  int count = GetMenuItemCount(menu);
+  for (int position = 0; position < count; ++position) {
+    MENUITEMINFOW item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_FTYPE | MIIM_ID | MIIM_SUBMENU;
+    if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &item)) continue;
+    if (item.fType & MFT_SEPARATOR) continue;
+    if (item.hSubMenu) {
+      SetMenuText(menu, position, position + 1);
+      TranslateMenu(item.hSubMenu);
+    } else {
+      SetMenuText(menu, position, static_cast<int>(item.wID));
+    }
+  }
+}
+
+void TranslateDialog(void* handle) {
+  HWND dialog = static_cast<HWND>(handle);
+  wchar_t wideName[kNameBytes];
+  if (!GetDlgItemTextW(dialog, kDialogNameControl, wideName, kNameBytes)) return;
+  char name[kNameBytes * 3];
+  if (WideCharToMultiByte(CP_UTF8, 0, wideName, -1, name, sizeof name, nullptr, nullptr) <= 0)
+    return;
+  int base = atoi(LanguageTextByName(name));
+  if (base == 0) return;
+  SetTextFromEntry(dialog, base);
+  EnumChildWindows(dialog, TranslateControl, base);
+}
+
+void FillLanguageList(void* handle, const char* current) {
+  HWND combo = static_cast<HWND>(handle);
+  SendMessageW(combo, CB_RESETCONTENT, 0, 0);
+  SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"Korean"));
+  char pattern[300];
+  size_t length = OsGetModulePath(pattern, sizeof pattern);
+  char* slash = length ? strrchr(pattern, '/') : nullptr;
+  if (slash &&
+      FormatStr(slash, static_cast<int>(sizeof pattern - (slash - pattern)), "/LANGUAGE/*.LNG") <
+          static_cast<int>(sizeof pattern - (slash - pattern))) {
+    FindData found;
+    FileHandle search = FileFindFirst(pattern, &found);
+    if (search != kInvalidFile) {
+      do {
+        char* dot = strrchr(found.name, '.');
+        if (dot) *dot = '\0';
+        wchar_t wide[MAX_PATH];
+        if (MultiByteToWideChar(CP_UTF8, 0, found.name, -1, wide, MAX_PATH) > 0) {
+          SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide));
+        }
+      } while (FileFindNext(search, &found));
+      FileFindClose(search);
+    }
+  }
+  LRESULT selected = 0;
+  wchar_t wideCurrent[MAX_PATH];
+  if (current && *current &&
+      MultiByteToWideChar(CP_UTF8, 0, current, -1, wideCurrent, MAX_PATH) > 0) {
+    selected = SendMessageW(combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                            reinterpret_cast<LPARAM>(wideCurrent));
+    if (selected == CB_ERR) selected = 0;
+  }
+  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(selected), 0);
+}
