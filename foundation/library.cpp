@@ -5,6 +5,7 @@
 #include "foundation/memory.h"
 #include "foundation/modeless.h"
 #include "foundation/os_lock.h"
+#include "foundation/os_window.h"
 #include "foundation/settings.h"
 
 namespace {
@@ -25,10 +26,13 @@ void InitKLib(void* instance, void* resourceInstance) {
   OsCreateLock(&g_spareLock);
   StartMemoryManager();
   InitSettingsPaths();
+  DestroyModelessDialogs();
+  OsAddLibraryAtoms();
 }
 
 int CloseKLib() {
   if (!IsMemoryManagerReady()) return 0;
+  OsDeleteLibraryAtoms();
   DestroyModelessDialogs();
   {
     LockGuard guard(&g_stringCacheLock);

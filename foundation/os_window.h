@@ -2,3 +2,7 @@
 #pragma once
 
 void OsDestroyWindow(void* window);
+
+// The global atoms "CurrWndSize" and "UserPrm1" that name the placement properties.
+void OsAddLibraryAtoms();
+void OsDeleteLibraryAtoms();

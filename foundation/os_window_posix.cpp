@@ -2,3 +2,5 @@
 
 // There are no windows on POSIX builds.
 void OsDestroyWindow(void*) {}
+void OsAddLibraryAtoms() {}
+void OsDeleteLibraryAtoms() {}
