@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "foundation/diagnostics.h"
+#include "foundation/translate.h"
 #include "frame/frame_state.h"
 #include "resources/resource.h"
 
@@ -47,6 +48,8 @@ void OnCreate(HWND frame) {
   GetClientRect(frame, &client);
   SetStatusParts(client.right);
   DragAcceptFiles(frame, TRUE);
+  TranslateMenu(GetMenu(frame));
+  DrawMenuBar(frame);
 }
 
 void OnSize(int width, int height) {

@@ -7,8 +7,10 @@
 #include <commctrl.h>
 
 #include "foundation/diagnostics.h"
+#include "foundation/language.h"
 #include "foundation/library.h"
 #include "foundation/modeless.h"
+#include "foundation/settings.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
 #include "resources/resource.h"
@@ -34,6 +36,14 @@ int RunMessageLoop(HWND frame, HACCEL accelerators) {
   return static_cast<int>(msg.wParam);
 }
 
+// A language named in the settings replaces the Korean texts of menus, dialogs and messages.
+void LoadConfiguredLanguage() {
+  char language[33 * 3];
+  if (ReadText(kConfigSection, "Language", language, sizeof language, "") > 0) {
+    LoadLanguage(language);
+  }
+}
+
 bool StartSockets() {
   WSADATA data;
   return WSAStartup(MAKEWORD(2, 2), &data) == 0;
@@ -48,6 +58,7 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
   InitKLib(instance, instance);
   InitCommonControls();
   bool sockets = StartSockets();
+  LoadConfiguredLanguage();
 
   if (!RegisterFrameClass(instance)) {
     ScreenNote("Failed To Register The Window Class.");

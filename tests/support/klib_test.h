@@ -3,6 +3,7 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include "foundation/language.h"
 #include "foundation/library.h"
 #include "foundation/memory.h"
 #include "tests/support/capture.h"
@@ -20,6 +21,8 @@ class KLibTest : public ::testing::Test {
     baseline_ = LiveBlocks();
   }
   void TearDown() override {
+    // Cached string-table texts belong to the library until its shutdown.
+    FreeStringCache();
     EXPECT_EQ(LiveBlocks(), baseline_ + keptByDesign_) << "the test leaked blocks";
     NoteCapture quiet;
     CloseKLib();
