@@ -56,3 +56,30 @@ TEST(Frame, ExitCommandClosesTheFrame) {
 }
 
 }  // namespace
+
+namespace {
+
+void WriteText(const std::wstring& path, const std::string& text) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  DWORD written = 0;
+  WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  CloseHandle(file);
+}
+
+// A language named in QUILL.INI beside the program is loaded at start; its screenshot shows the
+// translated menu bar.
+TEST(Frame, StartsInTheConfiguredLanguage) {
+  std::wstring exe = PrepareFreshCopy(L"language");
+  std::wstring folder = exe.substr(0, exe.find_last_of(L'\\') + 1);
+  WriteText(folder + L"QUILL.INI", "[Config]\r\nLanguage=English\r\n");
+  CreateDirectoryW((folder + L"LANGUAGE").c_str(), nullptr);
+  WriteText(
+      folder + L"LANGUAGE\\English.lng",
+      "; Quill in English\r\n1=&File\r\n2=&Edit\r\n3=&Tools\r\n4=\"&Window\"\r\n85=E&xit\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  SaveScreenshot(ScreenshotFolder() + L"language.bmp");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace
