@@ -83,3 +83,19 @@ TEST(Frame, StartsInTheConfiguredLanguage) {
 }
 
 }  // namespace
+
+namespace {
+
+// A settings file left read-only (copied from a CD, say) is made writable again at start.
+TEST(Frame, ClearsTheReadOnlyAttributeOfItsSettingsFile) {
+  std::wstring exe = PrepareFreshCopy(L"read-only-settings");
+  std::wstring ini = exe.substr(0, exe.find_last_of(L'\\') + 1) + L"QUILL.INI";
+  WriteText(ini, "[Config]\r\n");
+  SetFileAttributesW(ini.c_str(), FILE_ATTRIBUTE_READONLY);
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  EXPECT_FALSE(GetFileAttributesW(ini.c_str()) & FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace
