@@ -7,6 +7,7 @@
 #include "cli/tool.h"
 #include "foundation/diagnostics.h"
 #include "foundation/formatter.h"
+#include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/settings.h"
 #include "foundation/unicode.h"
@@ -137,4 +138,27 @@ int RunIniCommand(int argc, char** argv) {
     return kExitFailed;
   }
   return kExitUsage;
+}
+
+// lang FILE KEY: a language file's entry for a number or a name, as the program looks it up.
+int RunLangCommand(int argc, char** argv) {
+  if (argc != 2) return kExitUsage;
+  LoadLanguageFile(argv[0]);
+  const char* key = argv[1];
+  bool number = *key && strspn(key, "0123456789") == strlen(key);
+  printf("%s\n", number ? LanguageText(atoi(key)) : LanguageTextByName(key));
+  UnloadLanguage();
+  return kExitOk;
+}
+
+// str ID [LANGUAGE-FILE]: the text the program shows for string ID.
+int RunStrCommand(int argc, char** argv) {
+  if (argc < 1 || argc > 2) return kExitUsage;
+  char* end;
+  long id = strtol(argv[0], &end, 10);
+  if (*end || end == argv[0]) return kExitUsage;
+  if (argc == 2) LoadLanguageFile(argv[1]);
+  printf("%s\n", GetStr(static_cast<int>(id)));
+  UnloadLanguage();
+  return kExitOk;
 }

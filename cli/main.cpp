@@ -18,10 +18,21 @@ const ToolCommand kCommands[] = {
      "                                    byte) or null"},
     {"hexdump", RunHexDumpCommand,
      "hexdump FILE                        the log's hex dump of a file"},
+    {"lang", RunLangCommand, "lang FILE KEY                       a language file's entry for a number or a name"},
+    {"str", RunStrCommand, "str ID [LANGUAGE-FILE]              the program's text for string ID"},
     {"ini", RunIniCommand,
      "ini get FILE SECTION KEY [DEFAULT]  a profile file's value as the settings store reads it\n"
      "  ini int FILE SECTION KEY DEFAULT    ... as an integer\n"
      "  ini set FILE SECTION KEY VALUE      writes a value, keeping every other line"},
+    {"calc", RunCalcCommand,
+     "calc EXPR                           what the integer calculator shows for EXPR"},
+    {"bin2src", RunBin2SrcCommand,
+     "bin2src [--lang c|asm|java] [--form hex|signed|unsigned] [--size 1|2|4] [--swap]\n"
+     "        [--format F] [--skip N] [--line-len N] [--force] IN [OUT]\n"
+     "                                    binary to source; OUT defaults to IN with the\n"
+     "                                    language's extension and prints where it went"},
+    {"errmsg", RunErrMsgCommand,
+     "errmsg CODE                         the system's text for a Win32 error code (Windows)"},
 };
 
 int Usage() {

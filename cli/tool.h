@@ -20,3 +20,8 @@ struct ToolCommand {
 int RunFormatCommand(int argc, char** argv);
 int RunHexDumpCommand(int argc, char** argv);
 int RunIniCommand(int argc, char** argv);
+int RunLangCommand(int argc, char** argv);
+int RunStrCommand(int argc, char** argv);
+int RunCalcCommand(int argc, char** argv);
+int RunBin2SrcCommand(int argc, char** argv);
+int RunErrMsgCommand(int argc, char** argv);

@@ -68,6 +68,19 @@ TEST(QuillTool, IniReadsAndWritesLikeTheSettingsStore) {
   EXPECT_EQ(Tool("ini frob " + path + " a b").status, 2);
 }
 
+TEST(QuillTool, LanguageEntriesAndStringTableTexts) {
+  std::string path = testing::TempDir() + "quill_tool_language.lng";
+  std::ofstream(path, std::ios::binary) << "; English\n25=\"Yes to all\"\n25=Second\n"
+                                           "DlgFind=300\n50080=Quill EN\n";
+  EXPECT_EQ(Tool("lang " + path + " 25").out, "Yes to all\n");
+  EXPECT_EQ(Tool("lang " + path + " DlgFind").out, "300\n");
+  EXPECT_EQ(Tool("lang " + path + " 7").out, "\n");
+  EXPECT_EQ(Tool("str 80").out, "Quill\n");
+  EXPECT_EQ(Tool("str 80 " + path).out, "Quill EN\n");
+  EXPECT_EQ(Tool("str 123").out, "(123)\n");
+  EXPECT_EQ(Tool("str x").status, 2);
+}
+
 TEST(QuillTool, FailuresAndUsageErrorsHaveTheirOwnStatus) {
   EXPECT_EQ(Tool("hexdump /nonexistent/file").status, 1);
   EXPECT_EQ(Tool("").status, 2);

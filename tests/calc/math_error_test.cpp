@@ -1,0 +1,66 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "calc/int_calculator.h"
+#include "calc/math_expression.h"
+
+namespace {
+
+std::string Message(uint32_t code, int size = 256) {
+  char buffer[256];
+  FormatMathError(buffer, size, code);
+  return buffer;
+}
+
+TEST(CalcMathError, MessagesByCode) {
+  const char* const kTexts[] = {
+      "계산식 미완성",      "계산식 오류 (문법 오류)", "')'부족",
+      "뜬금없는 ')'",       "지원하지 않는 연산자",    "0으로 나눌 수 없음",
+      "지원하지 않는 함수", "수가 범위를 벗어남",      "변수명 오류",
+      "지원하지 않는 계산", "계산식을 입력하세요.",    "계산 불가 (Overflow)",
+  };
+  for (uint32_t code = 1; code <= 12; ++code)
+    EXPECT_EQ(Message(code), kTexts[code - 1]) << code;
+  const int kIds[] = {102, 103, 104, 105, 106, 111, 107, 108, 110, 109, 101, 112};
+  for (uint32_t code = 1; code <= 12; ++code)
+    EXPECT_EQ(MathErrorStringId(code), kIds[code - 1]) << code;
+}
+
+TEST(CalcMathError, OtherCodesAndTruncation) {
+  EXPECT_EQ(Message(0), "MathExpErr: Code=0");
+  EXPECT_EQ(Message(13), "MathExpErr: Code=13");
+  EXPECT_EQ(Message(0xFFFFFFFFu), "MathExpErr: Code=-1");
+  EXPECT_EQ(MathErrorStringId(13), 0);
+  EXPECT_EQ(Message(13, 6), "MathE");
+  EXPECT_EQ(Message(3, 3), "')");
+}
+
+std::string Output(const std::string& input, uint32_t* error = nullptr) {
+  char buffer[128];
+  uint32_t code = FormatIntCalcOutput(input.c_str(), buffer, sizeof buffer);
+  if (error) *error = code;
+  return buffer;
+}
+
+TEST(CalcIntCalculator, ShowsTheExampleTheValueOrTheMessage) {
+  EXPECT_EQ(Output(""), "Ex)\r\n0x23 & (45 | 13) + ~123 + 'A' + 0123\r\n");
+  EXPECT_EQ(Output("1+2"), "= 3\r\n= 0x3");
+  EXPECT_EQ(Output("-1"), "= -1\r\n= 0xFFFFFFFF");
+  EXPECT_EQ(Output("-2147483648"), "= -2147483648\r\n= 0x80000000");
+  EXPECT_EQ(Output("0x23 & (45 | 13) + ~123 + 'A' + 0123"), "= 1\r\n= 0x1");
+  uint32_t error = 0;
+  EXPECT_EQ(Output("1 = 2", &error), "지원하지 않는 연산자");
+  EXPECT_EQ(error, kMathUnknownOperator);
+  EXPECT_EQ(Output(" "), "계산식 미완성");  // only an empty edit shows the example
+}
+
+TEST(CalcIntCalculator, InputIsCutToTheEditsBuffer) {
+  std::string input = "1";
+  while (input.size() < kIntCalcInputSize - 1)
+    input += " ";
+  EXPECT_EQ(Output(input + ")"), "= 1\r\n= 0x1");
+  EXPECT_EQ(Output(input.substr(0, input.size() - 1) + ")"), "뜬금없는 ')'");
+}
+
+}  // namespace
