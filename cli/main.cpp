@@ -31,6 +31,9 @@ const ToolCommand kCommands[] = {
      "        [--format F] [--skip N] [--line-len N] [--force] IN [OUT]\n"
      "                                    binary to source; OUT defaults to IN with the\n"
      "                                    language's extension and prints where it went"},
+    {"detect", RunDetectCommand,
+     "detect FILE                         the encoding opening FILE would choose (JOHAP, EUCKR,\n"
+     "                                    UTF8 or UTF16, then BOM when it has a mark)"},
     {"errmsg", RunErrMsgCommand,
      "errmsg CODE                         the system's text for a Win32 error code (Windows)"},
 };

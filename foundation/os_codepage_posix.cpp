@@ -2,6 +2,8 @@
 
 #include <iconv.h>
 
+#include "foundation/os_codepage_korean.h"
+
 static const char* CharsetName(unsigned codePage) {
   switch (codePage) {
     case kCodePageSystem:
@@ -45,6 +47,7 @@ static long Convert(const char* from, const char* to, const char* source, size_t
 int OsWideToCodePage(unsigned codePage, const char16_t* source, int sourceLength, char* target,
                      int targetSize) {
   if (sourceLength <= 0) return 0;
+  if (codePage == kCodePageKorean) return WideToKorean(source, sourceLength, target, targetSize);
   long bytes = Convert("UTF-16LE", CharsetName(codePage), reinterpret_cast<const char*>(source),
                        static_cast<size_t>(sourceLength) * 2, targetSize > 0 ? target : nullptr,
                        targetSize > 0 ? static_cast<size_t>(targetSize) : 0);
@@ -54,6 +57,7 @@ int OsWideToCodePage(unsigned codePage, const char16_t* source, int sourceLength
 int OsCodePageToWide(unsigned codePage, const char* source, int sourceLength, char16_t* target,
                      int targetSize) {
   if (sourceLength <= 0) return 0;
+  if (codePage == kCodePageKorean) return KoreanToWide(source, sourceLength, target, targetSize);
   long bytes = Convert(CharsetName(codePage), "UTF-16LE", source, static_cast<size_t>(sourceLength),
                        targetSize > 0 ? reinterpret_cast<char*>(target) : nullptr,
                        targetSize > 0 ? static_cast<size_t>(targetSize) * 2 : 0);

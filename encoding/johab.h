@@ -1,0 +1,17 @@
+// One character between the Korean Johab code and UTF-16.
+#pragma once
+
+// Johab code (lead byte high) to a unit; codes without a character give `fallback`. Codes in the
+// syllable area are computed without a range check, as the old files expect.
+char16_t JohabToUnicode(unsigned code, char16_t fallback);
+// A unit to its Johab code (lead byte high), or `fallback`.
+unsigned UnicodeToJohab(char16_t unit, unsigned fallback);
+
+// What the line conversions fall back to: the ideographic space and its Johab code.
+constexpr char16_t kJohabFallbackUnit = 0x3000;
+constexpr unsigned kJohabFallbackCode = 0xD931;
+
+// The published relation between Johab's symbol and hanja areas and KS X 1001 (EUC bytes, lead
+// byte high); 0 when the code has no counterpart.
+unsigned JohabToKsCode(unsigned code);
+unsigned KsToJohabCode(unsigned ks);

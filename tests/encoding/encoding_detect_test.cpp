@@ -1,0 +1,137 @@
+// The four detection tests at their boundaries, and the loader's choice on real Korean text in
+// every encoding (made with Python's codecs, detect_samples.inc).
+#include "encoding/encoding_detect.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "encoding/text_encoding.h"
+
+namespace {
+
+#include "tests/encoding/detect_samples.inc"
+
+bool Utf16(const std::u16string& units) {
+  return DetectUtf16(units.data(), static_cast<int>(units.size()));
+}
+bool Utf8(const std::string& bytes) {
+  return DetectUtf8(bytes.data(), static_cast<int>(bytes.size()));
+}
+bool EucKr(const std::string& bytes) {
+  return DetectEucKr(bytes.data(), static_cast<int>(bytes.size()));
+}
+bool Johab(const std::string& bytes) {
+  return DetectJohab(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+TEST(EncodingDetect, Utf16NeedsNinetyPercentRounded) {
+  EXPECT_FALSE(Utf16(u""));
+  // 179 of 200 is 89.5 %, rounded to 90; 178 of 200 is 89 %.
+  EXPECT_TRUE(Utf16(std::u16string(179, u'a') + std::u16string(21, u'\u4E00')));
+  EXPECT_FALSE(Utf16(std::u16string(178, u'a') + std::u16string(22, u'\u4E00')));
+  // Hangul syllables count as plain, 127 and the letters do not.
+  EXPECT_TRUE(Utf16(u"가힣"));
+  EXPECT_FALSE(Utf16(u"\x7F\u3131"));
+}
+
+TEST(EncodingDetect, Utf8ByTheLeadByteRule) {
+  EXPECT_TRUE(Utf8(""));
+  EXPECT_TRUE(Utf8("plain ASCII"));
+  EXPECT_TRUE(Utf8("\xEA\xB0\x80"));
+  EXPECT_TRUE(Utf8("\xFC\x84\x80\x80\x80\x80"));  // the old six-byte form
+  EXPECT_TRUE(Utf8("ok\xEA\xB0"));                 // ends inside a sequence
+  EXPECT_FALSE(Utf8("\x80"));
+  EXPECT_FALSE(Utf8("\xFE\x80"));
+  EXPECT_FALSE(Utf8("\xEA\x41\x80"));
+  EXPECT_FALSE(Utf8("\xB0\xA1"));  // EUC-KR 가
+}
+
+TEST(EncodingDetect, EucKrLeadAndTrailRanges) {
+  EXPECT_TRUE(EucKr(""));
+  EXPECT_TRUE(EucKr("\xB0\xA1\x81\x41"));
+  EXPECT_TRUE(EucKr("ok\xB0"));  // ends after a lead
+  EXPECT_FALSE(EucKr("\x80\x41"));
+  EXPECT_FALSE(EucKr("\xFF\x41"));
+  EXPECT_FALSE(EucKr("\xB0\x5B"));
+  EXPECT_FALSE(EucKr("\xB0\x60"));
+  EXPECT_FALSE(EucKr("\xB0\x7B"));
+  EXPECT_FALSE(EucKr("\xB0\x80"));
+  EXPECT_FALSE(EucKr("\xB0 "));
+  EXPECT_TRUE(EucKr("\xB0\x61\xB0\x7A\xB0\xFE"));
+}
+
+TEST(EncodingDetect, JohabQuarterOfThePairsAndTheBoxPairs) {
+  EXPECT_FALSE(Johab(""));
+  EXPECT_FALSE(Johab("plain"));
+  // One hit in four pairs is 25 %; one in five is not.
+  EXPECT_TRUE(Johab("\x88\x61\xE0\xE0\xE0\xE0\xE0\xE0"));
+  EXPECT_FALSE(Johab("\x88\x61\xE0\xE0\xE0\xE0\xE0\xE0\xE0\xE0"));
+  // Doubled box characters count neither way: alone they make no pair at all...
+  EXPECT_FALSE(Johab(std::string(400, '\xC4')));
+  EXPECT_FALSE(Johab(std::string(100, '\xDB') + std::string(100, '\xDF') + std::string(100, '\xDC')));
+  // ... and among other pairs they do not dilute the hits.
+  EXPECT_TRUE(Johab(std::string(400, '\xC4') + "\x88\x61\xE0\xE0\xE0\xE0\xE0\xE0"));
+  // Another doubled byte is an ordinary pair.
+  EXPECT_FALSE(Johab(std::string(400, '\xB3') + "\x88\x61"));
+}
+
+TEST(EncodingDetect, MarksThenTheTestsInOrderThenTheDefault) {
+  int bom = -1;
+  EXPECT_EQ(DetectTextEncoding("\xFF\xFE" "a\0", 4, EUCKR, &bom), UTF16);
+  EXPECT_EQ(bom, 2);
+  EXPECT_EQ(DetectTextEncoding("\xEF\xBB\xBF\xB0\xA1", 5, EUCKR, &bom), UTF8);
+  EXPECT_EQ(bom, 3);
+  EXPECT_EQ(DetectTextEncoding("abcd", 4, EUCKR, &bom), UTF8);
+  EXPECT_EQ(bom, 0);
+  EXPECT_EQ(DetectTextEncoding("\x80\x80\x80", 3, JOHAP, &bom), JOHAP);
+  EXPECT_EQ(DetectTextEncoding("\x80\x80\x80", 3, UTF16, &bom), UTF16);
+}
+
+TEST(EncodingDetect, RealKoreanTextInEveryEncoding) {
+  struct Expected {
+    const char* name;
+    int encoding;
+    int bom;
+  };
+  const Expected expected[] = {
+      {"korean_euckr.txt", EUCKR, 0},   {"korean_johab.txt", JOHAP, 0},
+      {"korean_utf8.txt", UTF8, 0},     {"korean_utf16.txt", UTF16, 0},
+      {"korean_utf16bom.txt", UTF16, 2}, {"korean_utf8bom.txt", UTF8, 3},
+      {"source_euckr.c", EUCKR, 0},     {"source_utf8.c", UTF8, 0},
+      {"source_utf16.c", UTF16, 0},     {"boxes_johab.txt", JOHAP, 0},
+      // Two Korean comments in ASCII-heavy Johab happen to use only trails that EUC-KR allows,
+      // and the EUC-KR test comes first.
+      {"source_johab.c", EUCKR, 0},
+  };
+  for (const Expected& want : expected) {
+    const DetectSample* sample = nullptr;
+    for (const DetectSample& candidate : kDetectSamples) {
+      if (std::string(candidate.name) == want.name) sample = &candidate;
+    }
+    ASSERT_NE(sample, nullptr) << want.name;
+    // The loader reads files into aligned blocks; so does this copy.
+    std::u16string aligned((sample->length + 1) / 2, u'\0');
+    std::memcpy(&aligned[0], sample->bytes, static_cast<size_t>(sample->length));
+    int bom = -1;
+    EXPECT_EQ(DetectTextEncoding(reinterpret_cast<const char*>(aligned.data()), sample->length, EUCKR, &bom),
+              want.encoding)
+        << want.name;
+    EXPECT_EQ(bom, want.bom) << want.name;
+  }
+}
+
+TEST(EncodingNames, ExactNamesOnly) {
+  EXPECT_EQ(ParseEncodingName("JOHAP", 0), JOHAP);
+  EXPECT_EQ(ParseEncodingName("EUCKR", 0), EUCKR);
+  EXPECT_EQ(ParseEncodingName("UTF8", 0), UTF8);
+  EXPECT_EQ(ParseEncodingName("UTF16", 0), UTF16);
+  EXPECT_EQ(ParseEncodingName("utf8", 7), 7);
+  EXPECT_EQ(ParseEncodingName("UTF-8", 7), 7);
+  EXPECT_EQ(ParseEncodingName(nullptr, 7), 7);
+  EXPECT_STREQ(EncodingName(EUCKR), "EUCKR");
+  EXPECT_EQ(EncodingName(0), nullptr);
+}
+
+}  // namespace
