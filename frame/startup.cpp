@@ -13,6 +13,7 @@
 #include "foundation/settings.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
+#include "frame/window_host.h"
 #include "resources/resource.h"
 
 namespace {
@@ -56,6 +57,7 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
   (void)commandLine;
   int exitCode = 0;
   InitKLib(instance, instance);
+  InstallWindowHost();
   InitCommonControls();
   bool sockets = StartSockets();
   LoadConfiguredLanguage();
