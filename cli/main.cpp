@@ -36,6 +36,10 @@ const ToolCommand kCommands[] = {
      "                                    UTF8 or UTF16, then BOM when it has a mark)"},
     {"errmsg", RunErrMsgCommand,
      "errmsg CODE                         the system's text for a Win32 error code (Windows)"},
+    {"make", RunMakeCommand,
+     "make PROJECT TARGET [--rebuild | --run]\n"
+     "                                    writes TARGET's makefile and C.BAT as Build (Rebuild,\n"
+     "                                    Build and Run) would, without starting C.BAT"},
 };
 
 int Usage() {

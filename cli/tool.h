@@ -25,4 +25,5 @@ int RunStrCommand(int argc, char** argv);
 int RunCalcCommand(int argc, char** argv);
 int RunBin2SrcCommand(int argc, char** argv);
 int RunErrMsgCommand(int argc, char** argv);
+int RunMakeCommand(int argc, char** argv);
 int RunDetectCommand(int argc, char** argv);
