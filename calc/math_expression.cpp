@@ -102,20 +102,16 @@ bool IsLetterOrDigit(char c) {
 
 // `text` is just after the opening quote: one to four bytes, the first most significant.
 const char* ReadCharConstant(const char* text, uint32_t* error, int32_t* value) {
-  uint32_t packed = 0;
+  unsigned char bytes[4];
   int count = 0;
-  const char* p = text;
-  for (;; ++p) {
-    unsigned char c = static_cast<unsigned char>(*p);
-    if (c == 0) return Fail(p, error, kMathIncomplete);
-    if (c == '\'') break;
-    if (count == 4) return Fail(p, error, kMathSyntax);
-    packed = packed << 8 | c;
-    ++count;
-  }
-  if (count == 0) return Fail(p, error, kMathSyntax);
+  const char* end = text;
+  uint32_t code = ScanMathCharConstant(text, bytes, 4, &count, &end);
+  if (code != kMathOk) return Fail(end, error, code);
+  uint32_t packed = 0;
+  for (int i = 0; i < count; ++i)
+    packed = packed << 8 | bytes[i];
   *value = static_cast<int32_t>(packed);
-  return p + 1;
+  return end;
 }
 
 const char* ReadNumber(const char* text, uint32_t* error, int32_t* value) {

@@ -1,5 +1,7 @@
 #include "calc/math_lexer.h"
 
+#include "calc/math_expression.h"
+
 namespace {
 
 unsigned char FoldCase(unsigned char c) {
@@ -22,6 +24,34 @@ int MatchMathPrefix(const char* text, const char* pattern) {
       return 0;
   }
   return length;
+}
+
+int MathDigitValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+uint32_t ScanMathCharConstant(const char* text, unsigned char* bytes, int capacity, int* count,
+                              const char** end) {
+  *count = 0;
+  const char* p = text;
+  for (;; ++p) {
+    unsigned char c = static_cast<unsigned char>(*p);
+    if (c == 0) {
+      *end = p;
+      return kMathIncomplete;
+    }
+    if (c == '\'') break;
+    if (*count == capacity) {
+      *end = p;
+      return kMathSyntax;
+    }
+    bytes[(*count)++] = c;
+  }
+  *end = p + 1;
+  return *count == 0 ? kMathSyntax : kMathOk;
 }
 
 uint32_t MathIntegerSqrt(uint32_t x) {

@@ -2,17 +2,6 @@
 
 #include "calc/math_lexer.h"
 
-namespace {
-
-int DigitValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
-}  // namespace
-
 const char* ParseMathNumber(const char* text, int32_t* value) {
   const char* p = SkipMathBlanks(text);
   bool signed_ = *p == '+' || *p == '-';
@@ -27,7 +16,7 @@ const char* ParseMathNumber(const char* text, int32_t* value) {
   }
   const char* digits = p;
   uint32_t magnitude = 0;
-  for (int digit; (digit = DigitValue(*p)) >= 0 && static_cast<uint32_t>(digit) < base; ++p)
+  for (int digit; (digit = MathDigitValue(*p)) >= 0 && static_cast<uint32_t>(digit) < base; ++p)
     magnitude = magnitude * base + static_cast<uint32_t>(digit);
   *value = static_cast<int32_t>(negative ? 0u - magnitude : magnitude);
   return p == digits ? nullptr : p;

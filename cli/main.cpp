@@ -26,6 +26,9 @@ const ToolCommand kCommands[] = {
      "  ini set FILE SECTION KEY VALUE      writes a value, keeping every other line"},
     {"calc", RunCalcCommand,
      "calc EXPR                           what the integer calculator shows for EXPR"},
+    {"rcalc", RunRcalcCommand,
+     "rcalc [--running] EXPR...           what the real calculator shows for each EXPR in turn\n"
+     "                                    (expression or running style; registers carry over)"},
     {"bin2src", RunBin2SrcCommand,
      "bin2src [--lang c|asm|java] [--form hex|signed|unsigned] [--size 1|2|4] [--swap]\n"
      "        [--format F] [--skip N] [--line-len N] [--force] IN [OUT]\n"

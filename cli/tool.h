@@ -23,6 +23,7 @@ int RunIniCommand(int argc, char** argv);
 int RunLangCommand(int argc, char** argv);
 int RunStrCommand(int argc, char** argv);
 int RunCalcCommand(int argc, char** argv);
+int RunRcalcCommand(int argc, char** argv);
 int RunBin2SrcCommand(int argc, char** argv);
 int RunErrMsgCommand(int argc, char** argv);
 int RunMakeCommand(int argc, char** argv);

@@ -1,0 +1,23 @@
+// The real calculator's running style on arbitrary text, within the calculator's time bound.
+// Registers carry from one input to the next, as in the program.
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "calc/math_expression.h"
+#include "calc/real_expression.h"
+#include "calc/running_calc.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size > kRealCalcInputSize - 1) size = kRealCalcInputSize - 1;
+  std::string text(reinterpret_cast<const char*>(data), size);
+  auto start = std::chrono::steady_clock::now();
+  char output[1024];
+  uint32_t error = EvaluateRunningCalc(text.c_str(), output, sizeof output);
+  if (error > kMathOverflow || error == kMathEmpty || error == kMathUnknownFunction)
+    __builtin_trap();
+  if (strlen(output) >= sizeof output) __builtin_trap();
+  if (std::chrono::steady_clock::now() - start > std::chrono::milliseconds(100)) __builtin_trap();
+  return 0;
+}
