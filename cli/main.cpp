@@ -37,6 +37,10 @@ const ToolCommand kCommands[] = {
     {"detect", RunDetectCommand,
      "detect FILE                         the encoding opening FILE would choose (JOHAP, EUCKR,\n"
      "                                    UTF8 or UTF16, then BOM when it has a mark)"},
+    {"convert", RunConvertCommand,
+     "convert [--from ENC] [--tab N] [--to ENC] [--save-tab N] [--lf|--crlf] [--bom|--no-bom]\n"
+     "        IN OUT                      opens IN as File > Open would (tabs expanded with N)\n"
+     "                                    and writes OUT as saving in another format would"},
     {"errmsg", RunErrMsgCommand,
      "errmsg CODE                         the system's text for a Win32 error code (Windows)"},
     {"make", RunMakeCommand,

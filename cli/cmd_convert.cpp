@@ -1,0 +1,136 @@
+// quill-tool convert: a file opened as File > Open would and written as "save in other format"
+// would, so that the document's reading and writing can be checked and scripted from outside.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "cli/tool.h"
+#include "editor/document.h"
+#include "editor/document_io.h"
+#include "editor/editor_host.h"
+#include "editor/editor_view.h"
+#include "encoding/text_encoding.h"
+#include "foundation/formatter.h"
+#include "foundation/host.h"
+#include "foundation/settings.h"
+
+namespace {
+
+struct ConvertOptions {
+  int from = 0;
+  int tab = 0;
+  int to = 0;
+  int saveTab = -1;
+  int lfOnly = -1;
+  int bom = -1;
+  const char* in = nullptr;
+  const char* out = nullptr;
+};
+
+// Messages go to stderr; a question gets its cancelling answer, as a user who is not there
+// would give.
+int PrintMessage(void*, const char* text, unsigned flags) {
+  fprintf(stderr, "quill-tool: convert: %s\n", text);
+  unsigned buttons = flags & 0xF;
+  return buttons == kMbOk ? kIdOk : buttons == kMbYesNo ? kIdNo : kIdCancel;
+}
+
+// The tab-width question answered with the chosen width and its box left checked.
+bool AnswerTabSize(void* context, int, TabSizeAnswer* answer) {
+  answer->size = *static_cast<int*>(context);
+  answer->keep = true;
+  answer->remember = false;
+  return true;
+}
+
+bool ParseNumber(const char* text, int low, int high, int* value) {
+  char* end = nullptr;
+  long number = strtol(text, &end, 10);
+  if (!*text || *end || number < low || number > high) return false;
+  *value = static_cast<int>(number);
+  return true;
+}
+
+bool ParseOptions(int argc, char** argv, ConvertOptions* options) {
+  int i = 0;
+  for (; i < argc && strncmp(argv[i], "--", 2) == 0; ++i) {
+    const char* name = argv[i];
+    bool hasValue = i + 1 < argc;
+    if (strcmp(name, "--from") == 0 && hasValue) {
+      options->from = ParseEncodingName(argv[++i], 0);
+      if (!options->from) return false;
+    } else if (strcmp(name, "--to") == 0 && hasValue) {
+      options->to = ParseEncodingName(argv[++i], 0);
+      if (!options->to) return false;
+    } else if (strcmp(name, "--tab") == 0 && hasValue) {
+      if (!ParseNumber(argv[++i], 2, 16, &options->tab)) return false;
+    } else if (strcmp(name, "--save-tab") == 0 && hasValue) {
+      if (!ParseNumber(argv[++i], 0, 16, &options->saveTab)) return false;
+    } else if (strcmp(name, "--lf") == 0) {
+      options->lfOnly = 1;
+    } else if (strcmp(name, "--crlf") == 0) {
+      options->lfOnly = 0;
+    } else if (strcmp(name, "--bom") == 0) {
+      options->bom = 1;
+    } else if (strcmp(name, "--no-bom") == 0) {
+      options->bom = 0;
+    } else {
+      return false;
+    }
+  }
+  if (argc - i != 2) return false;
+  options->in = argv[i];
+  options->out = argv[i + 1];
+  return true;
+}
+
+}  // namespace
+
+int RunConvertCommand(int argc, char** argv) {
+  ConvertOptions options;
+  if (!ParseOptions(argc, argv, &options)) return kExitUsage;
+  if (options.tab == 0) {
+    options.tab = ReadInt(kConfigSection, "DefTabSize", 8);
+    if (options.tab < 2 || options.tab > 16) options.tab = 8;
+  }
+  if (strlen(options.in) >= kPathSize || strlen(options.out) >= kPathSize) {
+    fprintf(stderr, "quill-tool: convert: path too long\n");
+    return kExitFailed;
+  }
+  UiHost messages = {PrintMessage, nullptr};
+  const UiHost* previousMessages = SetUiHost(&messages);
+  EditorHost host = {};
+  host.context = &options.tab;
+  host.askTabSize = AnswerTabSize;
+  const EditorHost* previousHost = SetEditorHost(&host);
+
+  int status = kExitOk;
+  EditDocument* document = NewDocument();
+  EditorView view = {};
+  view.document = document;
+  if (!document) {
+    status = kExitFailed;
+  } else {
+    FormatStr(document->path, sizeof document->path, "%s", options.in);
+    document->encoding = static_cast<uint8_t>(options.from);
+    if (!LoadDocument(&view)) {
+      fprintf(stderr, "quill-tool: convert: cannot open %s\n", options.in);
+      status = kExitFailed;
+    } else {
+      if (options.to) document->encoding = static_cast<uint8_t>(options.to);
+      if (options.saveTab >= 0) document->tabSize = static_cast<uint8_t>(options.saveTab);
+      if (options.lfOnly >= 0) document->lfOnly = static_cast<uint8_t>(options.lfOnly);
+      if (options.bom >= 0) document->hasBom = static_cast<uint8_t>(options.bom);
+      FormatStr(document->path, sizeof document->path, "%s", options.out);
+      document->untitled = 0;
+      if (!SaveDocument(&view, true)) {
+        fprintf(stderr, "quill-tool: convert: cannot write %s\n", options.out);
+        status = kExitFailed;
+      }
+    }
+  }
+  FreeDocument(document);
+  SetEditorHost(previousHost);
+  SetUiHost(previousMessages);
+  return status;
+}

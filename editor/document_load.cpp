@@ -1,0 +1,310 @@
+// Opening a file: the size and text checks, the encoding, the tab width and the lines.
+#include <cstring>
+
+#include "editor/document.h"
+#include "editor/document_io.h"
+#include "editor/editor_host.h"
+#include "editor/editor_view.h"
+#include "editor/undo.h"
+#include "encoding/encoding_detect.h"
+#include "encoding/encoding_settings.h"
+#include "encoding/line_convert.h"
+#include "encoding/text_encoding.h"
+#include "foundation/fileutil.h"
+#include "foundation/host.h"
+#include "foundation/memory.h"
+#include "foundation/settings.h"
+
+namespace {
+
+// Set while a load splits a long line, so that the user is told once per file.
+bool g_splitLine = false;
+
+// Appends expanded units, splitting a line that a record cannot hold. The units stay the
+// caller's.
+int AppendUnits(EditDocument* document, const char16_t* units, int count) {
+  int pieces = count > kMaxLineUnits ? (count + kMaxLineUnits - 1) / kMaxLineUnits : 1;
+  if (!GrowLineTable(document, pieces)) return 0;
+  if (pieces > 1) g_splitLine = true;
+  int appended = 0;
+  for (int piece = 0; piece < pieces; ++piece) {
+    int from = piece * kMaxLineUnits;
+    int length = count - from < kMaxLineUnits ? count - from : kMaxLineUnits;
+    LineRecord* line = length > 0 ? MakeFileLine(units + from, length) : nullptr;
+    // A line whose record could not be made is left out.
+    if (length > 0 && !line) continue;
+    document->lines[document->lineCount++] = line;
+    ++appended;
+  }
+  return appended;
+}
+
+template <typename Unit>
+bool HasTab(const Unit* data, int count) {
+  for (int i = 0; i < count; ++i)
+    if (data[i] == '\t') return true;
+  return false;
+}
+
+// Expands tabs of converted units and appends them.
+int AppendExpanded(EditDocument* document, const char16_t* units, int count) {
+  if (!HasTab(units, count)) return AppendUnits(document, units, count);
+  int expanded = ExpandedLength(units, count, 0, document->tabSize);
+  auto* target = static_cast<char16_t*>(AllocMem(static_cast<size_t>(expanded) * sizeof(char16_t), kOwnerLineScratch));
+  if (!target) return 0;
+  ExpandTabs(units, count, 0, document->tabSize, target);
+  int appended = AppendUnits(document, target, expanded);
+  FreeMem(target);
+  return appended;
+}
+
+using CountFunction = int (*)(const char*, int);
+using ConvertFunction = int (*)(const char*, int, char16_t*, int);
+
+int AppendConverted(EditDocument* document, const char* bytes, int count, CountFunction counter,
+                    ConvertFunction convert) {
+  if (count <= 0) return AppendUnits(document, nullptr, 0);
+  int needed = counter(bytes, count);
+  if (needed <= 0) return AppendUnits(document, nullptr, 0);
+  auto* units = static_cast<char16_t*>(AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
+  if (!units) return 0;
+  int length = convert(bytes, count, units, needed);
+  int appended = AppendExpanded(document, units, length);
+  FreeMem(units);
+  return appended;
+}
+
+// "COM<digits>," names a serial port, not a file.
+bool IsPortSpecification(const char* path) {
+  if (strncmp(path, "COM", 3) != 0) return false;
+  int i = 3;
+  if (path[i] < '0' || path[i] > '9') return false;
+  while (path[i] >= '0' && path[i] <= '9') ++i;
+  return path[i] == ',';
+}
+
+// Splits at CR, LF, CR LF or LF CR; `visit(start, length)` for each line. Returns where the
+// split stopped (the first zero unit when `stopAtZero`) and the longest line.
+template <typename Unit, typename Visit>
+long long SplitLines(const Unit* data, long long count, bool stopAtZero, long long* longest, Visit visit) {
+  long long start = 0;
+  long long i = 0;
+  *longest = 0;
+  for (; i < count; ++i) {
+    Unit unit = data[i];
+    if (unit == 0 && stopAtZero) break;
+    if (unit != 13 && unit != 10) continue;
+    if (i - start > *longest) *longest = i - start;
+    visit(start, i - start);
+    if (i + 1 < count && (data[i + 1] == 13 || data[i + 1] == 10) && data[i + 1] != unit) ++i;
+    start = i + 1;
+  }
+  if (i > start) {
+    if (i - start > *longest) *longest = i - start;
+    visit(start, i - start);
+  }
+  return i;
+}
+
+// 1 when the first line end is a bare LF or a CR without LF behind it.
+template <typename Unit>
+unsigned char FirstLineEndIsBare(const Unit* data, long long count) {
+  for (long long i = 0; i < count; ++i) {
+    if (data[i] == 10) return 1;
+    if (data[i] == 13) return i + 1 < count && data[i + 1] == 10 ? 0 : 1;
+  }
+  return 0;
+}
+
+void ForgetEdits(EditDocument* document) {
+  FreeUndoList(document->undoList);
+  FreeUndoList(document->redoList);
+  document->undoList = document->redoList = nullptr;
+}
+
+void AskTabSize(EditDocument* document) {
+  int proposed = ReadInt(kConfigSection, "DefTabSize", 8);
+  if (proposed < 2 || proposed > 16) proposed = 8;
+  TabSizeAnswer answer = {proposed, true, true};
+  if (!EditorAskTabSize(proposed, &answer)) return;
+  if (answer.size < 2 || answer.size > 16) return;
+  document->tabSize = static_cast<uint8_t>(answer.size);
+  document->keepTabSize = answer.keep ? 1 : 0;
+  if (answer.remember) WriteNums(kConfigSection, "DefTabSize", answer.size);
+}
+
+// What every successful load ends with.
+void FinishLoad(EditorView* view) {
+  EditDocument* document = view->document;
+  if (!document->keepTabSize) document->tabSize = 0;
+  document->modified = 0;
+  document->untitled = 0;
+  document->flag = 0;
+  view->caretColumn = view->caretLine = view->firstColumn = view->firstLine = 0;
+  CollapseSelection(view);
+  RestoreFileState(view);
+  EditorDocumentLoaded(view);
+  EditorCaretMoved(view);
+  EditorRepaintAll(view);
+}
+
+void SplitInto(EditDocument* document, const char* data, long long size) {
+  long long longest = 0;
+  switch (document->encoding) {
+    case UTF16: {
+      const auto* units = reinterpret_cast<const char16_t*>(data);
+      long long count = size / 2;
+      document->lfOnly = FirstLineEndIsBare(units, count);
+      SplitLines(units, count, false, &longest, [&](long long start, long long length) {
+        AppendUtf16Line(document, units + start, static_cast<int>(length));
+      });
+      break;
+    }
+    default: {
+      document->lfOnly = FirstLineEndIsBare(data, size);
+      int (*append)(EditDocument*, const char*, int) = document->encoding == JOHAP ? AppendJohabLine
+                                                       : document->encoding == UTF8 ? AppendUtf8Line
+                                                                                    : AppendEucKrLine;
+      SplitLines(data, size, false, &longest, [&](long long start, long long length) {
+        append(document, data + start, static_cast<int>(length));
+      });
+      break;
+    }
+  }
+}
+
+}  // namespace
+
+LineRecord* GetLine(const EditorView* view, int index) {
+  if (!view->document) return nullptr;
+  return DocumentLine(view->document, index < 0 ? view->caretLine : index);
+}
+
+int AppendUtf16Line(EditDocument* document, const char16_t* units, int count) {
+  return AppendExpanded(document, units, count);
+}
+
+int AppendEucKrLine(EditDocument* document, const char* bytes, int count) {
+  return AppendConverted(document, bytes, count, EucKrLineToUtf16Count, EucKrLineToUtf16);
+}
+
+int AppendJohabLine(EditDocument* document, const char* bytes, int count) {
+  return AppendConverted(document, bytes, count, JohabLineToUtf16Count, JohabLineToUtf16);
+}
+
+int AppendUtf8Line(EditDocument* document, const char* bytes, int count) {
+  return AppendConverted(document, bytes, count, Utf8LineToUtf16Count, Utf8LineToUtf16);
+}
+
+bool LooksLikeText(const char* data, long long size) {
+  long long longest = 0;
+  auto ignore = [](long long, long long) {};
+  if (SplitLines(data, size, true, &longest, ignore) == size && longest <= kMaxTextLine) return true;
+  // Perhaps UTF-16, whose bytes are full of zeros.
+  const auto* units = reinterpret_cast<const char16_t*>(data);
+  long long count = size / 2;
+  return SplitLines(units, count, true, &longest, ignore) == count && longest <= kMaxTextLine;
+}
+
+bool LoadDocument(EditorView* view) {
+  EditDocument* document = view->document;
+  if (!document) return false;
+  if (IsPortSpecification(document->path)) return EditorOpenTerminal(document, document->path);
+
+  const char* source = document->sourcePath[0] ? document->sourcePath : document->path;
+  FileHandle file = FileOpen(source, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
+  if (file == kInvalidFile) {
+    unsigned error = FileLastError();
+    ClearLines(document);
+    ForgetEdits(document);
+    if (error == kErrorFileNotFound || error == kErrorPathNotFound) {
+      // The path names the file that Save will create.
+      document->untitled = 0;
+      document->fileStamp = kMissingFileStamp;
+      return false;
+    }
+    HostMessageId(2, kMbOk | kMbIconExclamation, document->path);
+    return false;
+  }
+  document->fileStamp = FileStamp(file);
+  if (document->sourcePath[0]) {
+    FileHandle named = FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
+    document->fileStamp = named == kInvalidFile ? kMissingFileStamp : FileStamp(named);
+    FileClose(named);
+  }
+  uint64_t size = FileGetSize(file);
+  if (size == ~0ull) {
+    FileClose(file);
+    HostMessageId(4, kMbOk | kMbIconExclamation, document->path);
+    return false;
+  }
+  if (size < 1) {
+    FileClose(file);
+    ClearLines(document);
+    ForgetEdits(document);
+    document->hasBom = 0;
+    FinishLoad(view);
+    return true;
+  }
+  if (size >= static_cast<uint64_t>(kMaxFileSize)) {
+    FileClose(file);
+    HostMessageId(132, kMbOk | kMbIconExclamation, document->path);
+    return false;
+  }
+  // Three zero bytes behind the data end it both as bytes and as UTF-16.
+  auto* data = static_cast<char*>(AllocMem(static_cast<size_t>(size) + 3, kOwnerLoadBuffer));
+  if (!data) {
+    FileClose(file);
+    return false;
+  }
+  unsigned done = 0;
+  bool read = FileRead(file, data, static_cast<unsigned>(size), &done) && done == size;
+  FileClose(file);
+  if (!read) {
+    FreeMem(data);
+    HostMessageId(4, kMbOk | kMbIconExclamation, document->path);
+    return false;
+  }
+  data[size] = data[size + 1] = data[size + 2] = 0;
+  long long length = static_cast<long long>(size);
+
+  if (!LooksLikeText(data, length) &&
+      HostMessageId(131, kMbOkCancel | kMbIconQuestion | kMbDefButton2, document->path) != kIdOk) {
+    FreeMem(data);
+    return false;
+  }
+
+  ClearLines(document);
+  ForgetEdits(document);
+
+  int bom = 0;
+  if (document->encoding == ENCODING_DETECT) {
+    document->encoding = static_cast<uint8_t>(
+        DetectTextEncoding(data, static_cast<int>(length), ReadUnrecognisedEncoding(), &bom));
+  } else {
+    // A preset encoding still does not take its own mark for text.
+    const auto* bytes = reinterpret_cast<const unsigned char*>(data);
+    if (document->encoding == UTF16 && length >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) bom = 2;
+    if (document->encoding == UTF8 && length >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF)
+      bom = 3;
+  }
+  document->hasBom = bom > 0 ? 1 : 0;
+  const char* text = data + bom;
+  long long textLength = length - bom;
+
+  if (document->tabSize == 0) {
+    bool tabs = document->encoding == UTF16
+                    ? HasTab(reinterpret_cast<const char16_t*>(text), static_cast<int>(textLength / 2))
+                    : HasTab(text, static_cast<int>(textLength));
+    if (tabs) AskTabSize(document);
+  }
+
+  g_splitLine = false;
+  SplitInto(document, text, textLength);
+  FreeMem(data);
+  // Johab is read but written as EUC-KR.
+  if (document->encoding == JOHAP) document->encoding = EUCKR;
+  if (g_splitLine) HostMessageId(160, kMbOk | kMbIconExclamation, document->path);
+  FinishLoad(view);
+  return true;
+}

@@ -1,0 +1,232 @@
+// Writing a document back: trailing blanks go, spaces become tabs again, each line in the file's
+// encoding with its line end, the byte-order mark in front when the file had one.
+#include <cstring>
+
+#include "editor/document.h"
+#include "editor/document_io.h"
+#include "editor/editor_host.h"
+#include "editor/editor_view.h"
+#include "editor/safe_file.h"
+#include "editor/text_edit.h"
+#include "encoding/encoding_settings.h"
+#include "encoding/line_convert.h"
+#include "encoding/text_encoding.h"
+#include "foundation/formatter.h"
+#include "foundation/host.h"
+#include "foundation/language.h"
+#include "foundation/memory.h"
+
+namespace {
+
+constexpr unsigned kErrorDiskFull = 112;
+
+// One line's bytes in the file's encoding; `bytes` is the caller's scratch, grown on demand.
+struct LineWriter {
+  SafeFile* file;
+  int encoding;
+  char* bytes;
+  int capacity;
+  char16_t* compressed;
+  int compressedCapacity;
+};
+
+bool Reserve(void** block, int* capacity, int needed, int unitSize) {
+  if (needed <= *capacity) return true;
+  int size = needed + 256;
+  void* grown = AllocMem(static_cast<size_t>(size) * static_cast<size_t>(unitSize), kOwnerLineScratch);
+  if (!grown) return false;
+  FreeMem(*block);
+  *block = grown;
+  *capacity = size;
+  return true;
+}
+
+bool WriteUnits(LineWriter* writer, const char16_t* units, int count) {
+  if (count <= 0) return true;
+  if (writer->encoding == UTF16) {
+    SafeFileWrite(writer->file, units, static_cast<unsigned>(count) * 2);
+    return true;
+  }
+  int needed = 0;
+  switch (writer->encoding) {
+    case UTF8:
+      needed = Utf16LineToUtf8Count(units, count);
+      break;
+    case JOHAP:
+      needed = Utf16LineToJohabCount(units, count) + 2;  // room for the terminator it writes
+      break;
+    default:
+      needed = Utf16LineToEucKrCount(units, count);
+      break;
+  }
+  if (needed <= 0) return true;
+  void* block = writer->bytes;
+  if (!Reserve(&block, &writer->capacity, needed, 1)) return false;
+  writer->bytes = static_cast<char*>(block);
+  int written = 0;
+  switch (writer->encoding) {
+    case UTF8:
+      written = Utf16LineToUtf8(units, count, writer->bytes, needed);
+      break;
+    case JOHAP:
+      written = Utf16LineToJohab(units, count, writer->bytes, needed);
+      break;
+    default:
+      written = Utf16LineToEucKr(units, count, writer->bytes, needed);
+      break;
+  }
+  if (written > 0) SafeFileWrite(writer->file, writer->bytes, static_cast<unsigned>(written));
+  return true;
+}
+
+void ShowWriteFailure(const char* path, unsigned error) {
+  if (error == kErrorDiskFull) HostMessageIdNumber(84, kMbOk | kMbIconExclamation, static_cast<unsigned char>(path[0]));
+  else HostMessageId(5, kMbOk | kMbIconExclamation, path);
+}
+
+}  // namespace
+
+int CompressTabs(const char16_t* units, int count, int tabSize, char16_t* target) {
+  while (count > 0 && units[count - 1] < 33) --count;
+  int written = 0;
+  int column = 0;
+  char16_t quote = 0;
+  for (int i = 0; i < count;) {
+    char16_t unit = units[i];
+    if (quote) {
+      target[written++] = unit;
+      column += UnitColumns(unit);
+      ++i;
+      if (unit == u'\\' && i < count) {
+        target[written++] = units[i];
+        column += UnitColumns(units[i]);
+        ++i;
+      } else if (unit == quote) {
+        quote = 0;
+      }
+      continue;
+    }
+    if (unit != u' ') {
+      if (unit == u'"' || unit == u'\'') quote = unit;
+      target[written++] = unit;
+      column += UnitColumns(unit);
+      ++i;
+      continue;
+    }
+    int run = 0;
+    while (i + run < count && units[i + run] == u' ') ++run;
+    i += run;
+    while (run > 0) {
+      int stop = (column / tabSize + 1) * tabSize;
+      int needed = stop - column;
+      if (run < needed || needed == 1) {
+        // Short of the stop, or a single space just before it: spaces stay spaces.
+        int spaces = run < needed ? run : 1;
+        for (int k = 0; k < spaces; ++k) target[written++] = u' ';
+        column += spaces;
+        run -= spaces;
+      } else {
+        target[written++] = u'\t';
+        column = stop;
+        run -= needed;
+      }
+    }
+  }
+  return written;
+}
+
+bool SaveDocument(EditorView* view, bool asCopy) {
+  EditDocument* document = view->document;
+  if (!document) return false;
+  if (document->untitled) {
+    char path[kPathSize];
+    FormatStr(path, sizeof path, "%s", document->path);
+    if (!EditorAskSavePath(GetStr(83), path, sizeof path)) return false;
+    char old[kPathSize];
+    memcpy(old, document->path, sizeof old);
+    FormatStr(document->path, sizeof document->path, "%s", path);
+    document->untitled = 0;
+    if (!SaveDocument(view, asCopy)) {
+      memcpy(document->path, old, sizeof old);
+      document->untitled = 1;
+      return false;
+    }
+    EditorTitleChanged(view);
+    return true;
+  }
+
+  SafeFile file;
+  if (!SafeFileOpen(&file, document->path)) {
+    HostMessageId(3, kMbOk | kMbIconExclamation, document->path);
+    return false;
+  }
+  TrimTrailingBlanks(document);
+  int encoding = document->encoding ? document->encoding : ReadUnrecognisedEncoding();
+  LineWriter writer = {&file, encoding, nullptr, 0, nullptr, 0};
+  if (document->hasBom && encoding == UTF16) SafeFileWrite(&file, "\xFF\xFE", 2);
+  if (document->hasBom && encoding == UTF8) SafeFileWrite(&file, "\xEF\xBB\xBF", 3);
+  bool memory = true;
+  for (int i = 0; i < document->lineCount && memory && !file.error; ++i) {
+    const LineRecord* line = document->lines[i];
+    if (line) {
+      const char16_t* units = line->text;
+      int count = line->length;
+      if (document->tabSize > 0) {
+        void* block = writer.compressed;
+        memory = Reserve(&block, &writer.compressedCapacity, count, sizeof(char16_t));
+        writer.compressed = static_cast<char16_t*>(block);
+        if (!memory) break;
+        count = CompressTabs(units, count, document->tabSize, writer.compressed);
+        units = writer.compressed;
+      }
+      memory = WriteUnits(&writer, units, count);
+    }
+    if (encoding == UTF16) {
+      if (document->lfOnly) SafeFileWrite(&file, "\n\0", 2);
+      else SafeFileWrite(&file, "\r\0\n\0", 4);
+    } else {
+      if (document->lfOnly) SafeFileWrite(&file, "\n", 1);
+      else SafeFileWrite(&file, "\r\n", 2);
+    }
+  }
+  FreeMem(writer.bytes);
+  FreeMem(writer.compressed);
+  if (!memory) {
+    // The allocator has already told the user.
+    SafeFileAbandon(&file);
+    return false;
+  }
+  if (!SafeFileCommit(&file)) {
+    ShowWriteFailure(document->path, file.error);
+    return false;
+  }
+  if (asCopy) return true;
+  document->modified = 0;
+  document->untitled = 0;
+  EditorTitleChanged(view);
+  FileHandle written = FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
+  document->fileStamp = written == kInvalidFile ? kMissingFileStamp : FileStamp(written);
+  FileClose(written);
+  return true;
+}
+
+bool SaveDocumentAs(EditorView* view) {
+  EditDocument* document = view->document;
+  if (!document) return false;
+  char path[kPathSize];
+  FormatStr(path, sizeof path, "%s", document->path);
+  if (!EditorAskSavePath(GetStr(83), path, sizeof path)) return false;
+  char old[kPathSize];
+  memcpy(old, document->path, sizeof old);
+  unsigned char wasUntitled = document->untitled;
+  FormatStr(document->path, sizeof document->path, "%s", path);
+  document->untitled = 0;
+  EditorTitleChanged(view);
+  if (!SaveDocument(view, false)) {
+    memcpy(document->path, old, sizeof old);
+    document->untitled = wasUntitled;
+    EditorTitleChanged(view);
+    return false;
+  }
+  return true;
+}

@@ -1,0 +1,268 @@
+#include "editor/editing.h"
+
+#include "editor/document.h"
+#include "editor/editor_host.h"
+#include "editor/editor_view.h"
+#include "editor/text_edit.h"
+#include "editor/undo.h"
+#include "foundation/host.h"
+#include "foundation/memory.h"
+
+namespace {
+
+// A quick second Tab at an 8-column stop is swallowed.
+constexpr unsigned kDoubleTabMs = 400;
+constexpr int kTabKeyWidth = 4;
+
+void MoveCaret(EditorView* view, int column, int line) {
+  view->caretColumn = column;
+  view->caretLine = line;
+  CollapseSelection(view);
+  EditorCaretMoved(view);
+}
+
+// A '*' or '/' may open or close a comment that colours the lines below.
+void RepaintForUnit(EditorView* view, char16_t unit) {
+  if (unit == u'*' || unit == u'/') EditorRepaintAll(view);
+  else EditorRepaintLine(view, view->caretLine);
+}
+
+int Indentation(const LineRecord* line) {
+  int spaces = 0;
+  while (spaces < LineLength(line) && line->text[spaces] == u' ') ++spaces;
+  return spaces;
+}
+
+// Records and inserts at the caret; a column insert gets a record of its own.
+bool InsertRecorded(EditorView* view, const char16_t* units, int count, int blockMode) {
+  EditDocument* document = view->document;
+  TextPosition at = {view->caretColumn, view->caretLine};
+  TextPosition end;
+  bool done = blockMode == 1 ? InsertColumns(document, at, units, count, &end)
+                             : InsertStream(document, at, units, count, &end);
+  if (!done) return false;
+  if (blockMode == 1) {
+    UndoRecord* record = PushUndoSelection(view, kUndoInsert, at.column, at.line, units, count);
+    if (record) {
+      record->blockMode = 1;
+      record->endColumn = end.column;
+      record->endLine = end.line;
+    }
+  } else {
+    PushUndo(view, kUndoInsert, at.column, at.line, units, count);
+    PushUndoMark(view, kUndoInsert, end.column, end.line);
+  }
+  document->modified = 1;
+  MoveCaret(view, end.column, end.line);
+  return true;
+}
+
+}  // namespace
+
+bool DeleteSelection(EditorView* view) {
+  if (!HasSelection(view)) return false;
+  EditDocument* document = view->document;
+  Selection s = NormalisedSelection(view);
+  TextPosition from = {s.startColumn, s.startLine};
+  TextPosition to = {s.endColumn, s.endLine};
+  int count = CollectRange(document, from, to, view->blockMode, false, false, nullptr);
+  auto* text = count ? static_cast<char16_t*>(AllocMem(static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
+                     : nullptr;
+  if (text) CollectRange(document, from, to, view->blockMode, false, false, text);
+  UndoRecord* record = PushUndoSelection(view, kUndoDelete, from.column, from.line, text, text ? count : 0);
+  if (record) {
+    record->endColumn = to.column;
+    record->endLine = to.line;
+  }
+  FreeMem(text);
+  if (view->blockMode == 1) DeleteColumns(document, from, to);
+  else DeleteStream(document, from, to);
+  document->modified = 1;
+  MoveCaret(view, from.column, from.line);
+  EditorRepaintAll(view);
+  return true;
+}
+
+bool InsertText(EditorView* view, const char16_t* units, int count, int blockMode) {
+  if (count <= 0 || !view->document) return false;
+  if (!InsertRecorded(view, units, count, blockMode)) return false;
+  EditorRepaintAll(view);
+  return true;
+}
+
+void DeleteRange(EditorView* view, int startColumn, int startLine, int endColumn, int endLine,
+                 int blockMode) {
+  EditorView range = *view;
+  range.blockMode = blockMode;
+  range.selStartColumn = startColumn;
+  range.selStartLine = startLine;
+  range.selEndColumn = endColumn;
+  range.selEndLine = endLine;
+  Selection s = NormalisedSelection(&range);
+  if (blockMode == 1) DeleteColumns(view->document, {s.startColumn, s.startLine}, {s.endColumn, s.endLine});
+  else DeleteStream(view->document, {s.startColumn, s.startLine}, {s.endColumn, s.endLine});
+  EditorRepaintAll(view);
+}
+
+void TypeCharacter(EditorView* view, char16_t unit) {
+  if (unit == 13) {
+    KeyEnter(view);
+    return;
+  }
+  if (unit == 8) {
+    KeyBackspace(view);
+    return;
+  }
+  if (unit < 32) return;
+  DeleteSelection(view);
+  if (InsertRecorded(view, &unit, 1, 0)) RepaintForUnit(view, unit);
+}
+
+void KeyEnter(EditorView* view) {
+  EditDocument* document = view->document;
+  DeleteSelection(view);
+  int line = view->caretLine;
+  int column = view->caretColumn;
+  if (!EnsureLine(document, line)) return;
+  if (column == 0) {
+    // An empty line above; the caret goes down with the line it stood on.
+    if (!SplitLine(document, line, 0, 0)) return;
+    PushUndoUnit(view, kUndoInsert, 0, line, 13);
+    PushUndoMark(view, kUndoInsert, 0, line + 1);
+    MoveCaret(view, Indentation(document->lines[line + 1]), line + 1);
+  } else {
+    const LineRecord* record = document->lines[line];
+    int indent = Indentation(record);
+    if (!SplitLine(document, line, UnitIndexAtColumn(record, column), indent)) return;
+    // The indentation belongs to the record too, so that redo brings it back.
+    PushUndoUnit(view, kUndoInsert, column, line, 13);
+    char16_t spaces[64];
+    for (char16_t& unit : spaces) unit = u' ';
+    for (int left = indent; left > 0; left -= 64) PushUndo(view, kUndoInsert, column, line, spaces, left < 64 ? left : 64);
+    PushUndoMark(view, kUndoInsert, indent, line + 1);
+    MoveCaret(view, indent, line + 1);
+  }
+  document->modified = 1;
+  EditorRepaintAll(view);
+}
+
+void KeyBackspace(EditorView* view) {
+  if (DeleteSelection(view)) return;
+  EditDocument* document = view->document;
+  int line = view->caretLine;
+  int column = view->caretColumn;
+  if (column == 0) {
+    if (line == 0 || line >= document->lineCount) {
+      if (line > 0) MoveCaret(view, LineColumns(DocumentLine(document, line - 1)), line - 1);
+      return;
+    }
+    int joinColumn = LineColumns(document->lines[line - 1]);
+    if (!JoinNextLine(document, line - 1, joinColumn)) return;
+    // As for any Backspace: the mark where the caret was, then the removed unit where it went.
+    PushUndoMark(view, kUndoBackspace, 0, line);
+    PushUndoUnit(view, kUndoBackspace, joinColumn, line - 1, 13);
+    MoveCaret(view, joinColumn, line - 1);
+    document->modified = 1;
+    EditorRepaintAll(view);
+    return;
+  }
+  const LineRecord* record = DocumentLine(document, line);
+  if (column > LineColumns(record)) {
+    // Behind the end of the line there is nothing to remove: the caret only steps left.
+    MoveCaret(view, column - 1, line);
+    return;
+  }
+  int index = UnitIndexAtColumn(record, column);
+  if (index == 0) return;
+  char16_t unit = record->text[index - 1];
+  int newColumn = ColumnOfIndex(record, index - 1);
+  PushUndoMark(view, kUndoBackspace, column, line);
+  PushUndoUnit(view, kUndoBackspace, newColumn, line, unit);
+  ReplaceUnits(document, line, index - 1, 1, nullptr, 0);
+  document->modified = 1;
+  MoveCaret(view, newColumn, line);
+  RepaintForUnit(view, unit);
+}
+
+void KeyDelete(EditorView* view) {
+  if (DeleteSelection(view)) return;
+  EditDocument* document = view->document;
+  int line = view->caretLine;
+  int column = view->caretColumn;
+  const LineRecord* record = DocumentLine(document, line);
+  if (column < LineColumns(record)) {
+    int index = UnitIndexAtColumn(record, column);
+    char16_t unit = record->text[index];
+    PushUndoUnit(view, kUndoDelete, column, line, unit);
+    ReplaceUnits(document, line, index, 1, nullptr, 0);
+    document->modified = 1;
+    RepaintForUnit(view, unit);
+    return;
+  }
+  if (line + 1 >= document->lineCount) return;
+  if (!JoinNextLine(document, line, column)) return;
+  PushUndoUnit(view, kUndoDelete, column, line, 13);
+  document->modified = 1;
+  EditorRepaintAll(view);
+}
+
+void KeyTab(EditorView* view, bool shift) {
+  if (HasSelection(view)) {
+    ShiftBlock(view, shift ? -kTabKeyWidth : kTabKeyWidth);
+    return;
+  }
+  if (shift) return;
+  unsigned now = EditorTickCount();
+  unsigned previous = view->lastTabTick;
+  view->lastTabTick = now;
+  int column = view->caretColumn;
+  if (previous != 0 && now - previous < kDoubleTabMs && column % 8 == 0) return;
+  // Always 4-column stops: the document's tab width is for files, not for the key.
+  int count = ((column + kTabKeyWidth) & ~(kTabKeyWidth - 1)) - column;
+  char16_t spaces[kTabKeyWidth] = {u' ', u' ', u' ', u' '};
+  if (InsertRecorded(view, spaces, count, 0)) EditorRepaintLine(view, view->caretLine);
+}
+
+void ShiftBlock(EditorView* view, int amount) {
+  if (!HasSelection(view) || amount == 0) return;
+  Selection s = NormalisedSelection(view);
+  int last = s.endLine;
+  // A line block that ends at column 0 does not take that line in.
+  if (view->blockMode == 0 && s.endColumn == 0 && last > s.startLine) --last;
+  ShiftLines(view->document, s.startLine, last, amount);
+  PushUndoUnit(view, kUndoShift, 0, s.startLine, static_cast<char16_t>(static_cast<int16_t>(amount)));
+  PushUndoMark(view, kUndoShift, 0, last);
+  view->document->modified = 1;
+  EditorRepaintAll(view);
+}
+
+bool FillColumnBlock(EditorView* view, char16_t character) {
+  if (view->blockMode != 1 || !HasSelection(view)) {
+    HostMessageId(117, kMbOk | kMbIconExclamation, nullptr);
+    return false;
+  }
+  if (character == 0) character = EditorAskFillCharacter();
+  if (character == 0) return false;
+  EditDocument* document = view->document;
+  Selection s = NormalisedSelection(view);
+  TextPosition from = {s.startColumn, s.startLine};
+  TextPosition to = {s.endColumn, s.endLine};
+  int count = CollectRange(document, from, to, 1, false, false, nullptr);
+  auto* text = count ? static_cast<char16_t*>(AllocMem(static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
+                     : nullptr;
+  if (text) CollectRange(document, from, to, 1, false, false, text);
+  if (!FillColumns(document, from, to, character)) {
+    FreeMem(text);
+    return false;
+  }
+  UndoRecord* record = PushUndoSelection(view, kUndoFill, from.column, from.line, text, text ? count : 0);
+  if (record) {
+    record->endColumn = to.column;
+    record->endLine = to.line;
+    record->fillCharacter = character;
+  }
+  FreeMem(text);
+  document->modified = 1;
+  EditorRepaintAll(view);
+  return true;
+}

@@ -1,0 +1,85 @@
+#include "editor/editor_host.h"
+
+#include <chrono>
+#include <ctime>
+
+namespace {
+
+const EditorHost kNoHost = {};
+const EditorHost* g_host = &kNoHost;
+
+}  // namespace
+
+const EditorHost* SetEditorHost(const EditorHost* host) {
+  const EditorHost* previous = g_host;
+  g_host = host ? host : &kNoHost;
+  return previous;
+}
+
+void EditorRepaintLine(EditorView* view, int line) {
+  if (g_host->repaintLine) g_host->repaintLine(g_host->context, view, line);
+}
+
+void EditorRepaintAll(EditorView* view) {
+  if (g_host->repaintAll) g_host->repaintAll(g_host->context, view);
+}
+
+void EditorCaretMoved(EditorView* view) {
+  if (g_host->caretMoved) g_host->caretMoved(g_host->context, view);
+}
+
+void EditorTitleChanged(EditorView* view) {
+  if (g_host->titleChanged) g_host->titleChanged(g_host->context, view);
+}
+
+void EditorDocumentLoaded(EditorView* view) {
+  if (g_host->documentLoaded) g_host->documentLoaded(g_host->context, view);
+}
+
+void EditorStatusText(int part, const char* text) {
+  if (g_host->statusText) g_host->statusText(g_host->context, part, text);
+}
+
+bool EditorAskTabSize(int proposed, TabSizeAnswer* answer) {
+  return g_host->askTabSize && g_host->askTabSize(g_host->context, proposed, answer);
+}
+
+char16_t EditorAskFillCharacter() {
+  return g_host->askFillCharacter ? g_host->askFillCharacter(g_host->context) : 0;
+}
+
+bool EditorAskSavePath(const char* title, char* path, int size) {
+  return g_host->askSavePath && g_host->askSavePath(g_host->context, title, path, size);
+}
+
+bool EditorSetClipboard(const char16_t* units, int count) {
+  return g_host->setClipboard && g_host->setClipboard(g_host->context, units, count);
+}
+
+const char16_t* EditorGetClipboard(int* count) {
+  *count = 0;
+  return g_host->getClipboard ? g_host->getClipboard(g_host->context, count) : nullptr;
+}
+
+// Without a serial engine there is no port to open.
+bool EditorOpenTerminal(EditDocument* document, const char* specification) {
+  return g_host->openTerminal && g_host->openTerminal(g_host->context, document, specification);
+}
+
+unsigned EditorTickCount() {
+  if (g_host->tickCount) return g_host->tickCount(g_host->context);
+  auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<unsigned>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+LocalTime EditorLocalTime() {
+  if (g_host->localTime) return g_host->localTime(g_host->context);
+  time_t now = time(nullptr);
+  struct tm parts = {};
+#ifdef _WIN32
+  localtime_s(&parts, &now);
+#else
+  localtime_r(&now, &parts);
+#endif
+  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min};
+}

@@ -1,0 +1,25 @@
+#include "editor/editor_view.h"
+
+Selection NormalisedSelection(const EditorView* view) {
+  Selection s = {view->selStartColumn, view->selStartLine, view->selEndColumn, view->selEndLine};
+  if (view->blockMode == 1) {
+    if (s.startColumn > s.endColumn) {
+      int swap = s.startColumn;
+      s.startColumn = s.endColumn;
+      s.endColumn = swap;
+    }
+    if (s.startLine > s.endLine) {
+      int swap = s.startLine;
+      s.startLine = s.endLine;
+      s.endLine = swap;
+    }
+  } else if (s.startLine > s.endLine || (s.startLine == s.endLine && s.startColumn > s.endColumn)) {
+    s = {view->selEndColumn, view->selEndLine, view->selStartColumn, view->selStartLine};
+  }
+  return s;
+}
+
+void CollapseSelection(EditorView* view) {
+  view->selStartColumn = view->selEndColumn = view->caretColumn;
+  view->selStartLine = view->selEndLine = view->caretLine;
+}

@@ -1,0 +1,41 @@
+// The view of a document: caret, selection, block mode and scroll position. The window that
+// shows it only routes input into the editing functions and paints what they ask for.
+#pragma once
+
+struct EditDocument;
+
+struct EditorView {
+  void* window;
+  int leftMargin;
+  int firstColumn;  // first visible column
+  int firstLine;    // first visible line
+  int textWidth;
+  int textHeight;
+  int anchorState;
+  int caretColumn;  // a display column, not a unit index
+  int caretLine;
+  int blockMode;  // 0 line block, 1 column block
+  int selStartColumn;
+  int selStartLine;
+  int selEndColumn;
+  int selEndLine;
+  EditDocument* document;
+  void* colourRuns;
+  unsigned lastTabTick;  // when the last Tab key came, for the swallowed double Tab
+};
+
+// A selection normalised so that (startColumn, startLine) comes first. For a column block the
+// columns are the rectangle's left and right edges.
+struct Selection {
+  int startColumn;
+  int startLine;
+  int endColumn;
+  int endLine;
+};
+
+inline bool HasSelection(const EditorView* view) {
+  return view->selStartColumn != view->selEndColumn || view->selStartLine != view->selEndLine;
+}
+Selection NormalisedSelection(const EditorView* view);
+// Makes the selection empty at the caret.
+void CollapseSelection(EditorView* view);

@@ -1,0 +1,56 @@
+// One line of a document: UTF-16 units without tabs or line ends, in one allocation. An empty
+// line has no record at all (a null pointer), and every reader accepts null as length 0.
+#pragma once
+#include <cstdint>
+
+struct LineRecord {
+  uint16_t capacity;      // units the record can hold
+  uint16_t length;        // units in use
+  uint16_t commentState;  // 1 when the line ends inside an open block comment
+  char16_t text[1];       // `capacity` units, not terminated
+};
+
+// A line holds at most this many units: its length is 16 bits wide.
+constexpr int kMaxLineUnits = 0xFFFF;
+
+// Owner numbers of the document's blocks.
+constexpr int kOwnerDocument = 2000;
+constexpr int kOwnerLineTable = 2001;
+constexpr int kOwnerLine = 2002;
+constexpr int kOwnerLoadBuffer = 2003;
+constexpr int kOwnerSaveBuffer = 2004;
+constexpr int kOwnerLineScratch = 2005;
+constexpr int kOwnerClipboardText = 2006;
+
+// A record made from file data: room for one unit more than it holds. Null for count 0, more
+// than kMaxLineUnits, or when the allocation fails.
+LineRecord* MakeFileLine(const char16_t* units, int count);
+// A record made from a copied run: room for exactly `count` units (at least `capacity`).
+LineRecord* MakeLine(const char16_t* units, int count, int capacity = 0);
+void FreeLine(LineRecord* line);
+
+inline int LineLength(const LineRecord* line) {
+  return line ? line->length : 0;
+}
+
+// Display width of a unit: 256 and above take two columns.
+inline int UnitColumns(char16_t unit) {
+  return unit >= 256 ? 2 : 1;
+}
+// Display columns of a run of units.
+int RunColumns(const char16_t* units, int count);
+inline int LineColumns(const LineRecord* line) {
+  return line ? RunColumns(line->text, line->length) : 0;
+}
+// The index of the first unit that starts at or right of `column` (the length when the line ends
+// before it). A column inside a wide unit gives that unit's index.
+int UnitIndexAtColumn(const LineRecord* line, int column);
+// The display column where unit `index` starts.
+int ColumnOfIndex(const LineRecord* line, int index);
+
+// The next tab stop after `column` for the loader's tab width (0 and 8 both mean 8).
+int NextTabStop(int column, int tabSize);
+// Expanded length of a run whose first unit stands at `startColumn`; tabs go to the next stop.
+int ExpandedLength(const char16_t* units, int count, int startColumn, int tabSize);
+// Writes the expansion into `target` (ExpandedLength units) and returns its length.
+int ExpandTabs(const char16_t* units, int count, int startColumn, int tabSize, char16_t* target);

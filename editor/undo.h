@@ -1,0 +1,60 @@
+// The undo and redo lists: every change of the text is recorded, runs of like changes merged
+// into one record, so that Ctrl+Z takes back a typed word at once.
+#pragma once
+#include <cstdint>
+
+#include "editor/document.h"
+
+struct EditorView;
+
+enum UndoKind : int {
+  kUndoInsert = 0,      // text inserted; unit 13 stands for a line break
+  kUndoDelete = 1,      // forward deletion (Delete, a deleted selection)
+  kUndoBackspace = 2,   // backward deletion, the earliest unit first
+  kUndoCaret = 3,       // caret moved from start to end
+  kUndoShift = 5,       // block indented by the amount in text
+  kUndoReplace = 6,     // "old\0new\0" at every position
+  kUndoCaseChar = 8,    // one-character case change, stored as kind 6
+  kUndoGroup = 9,       // group boundary, stored as a new caret mark
+  kUndoFill = 10,       // column fill: the block's old text and the fill character
+};
+
+constexpr int kOwnerUndo = 5000;
+
+struct UndoRecord {
+  UndoRecord* next;  // the next older record of the same list
+  int32_t kind;
+  int32_t startColumn, startLine;
+  int32_t endColumn, endLine;
+  int32_t blockMode;
+  int32_t selStartColumn, selStartLine, selEndColumn, selEndLine;
+  int32_t textLength;
+  char16_t* text;
+  int32_t positionCount;
+  int32_t* positions;  // (column, line) pairs
+  char16_t fillCharacter;
+  BookmarkPosition bookmarkSnapshot[kBookmarkCount];
+  int32_t textCapacity;
+  int32_t positionCapacity;
+};
+
+// Records a change (merging it into the newest record when that is of the same kind, saved no
+// selection and ends where this change begins). A new record empties the redo list.
+void PushUndo(EditorView* view, int kind, int column, int line, const char16_t* units, int count);
+void PushUndoUnit(EditorView* view, int kind, int column, int line, char16_t unit);
+// Moves the newest record's end to (column, line) (or starts a record with no text).
+void PushUndoMark(EditorView* view, int kind, int column, int line);
+// Always starts a new record, never merged into and never extended; it saves the view's
+// selection and block mode. Null when memory ran out.
+UndoRecord* PushUndoSelection(EditorView* view, int kind, int column, int line,
+                              const char16_t* units, int count);
+
+void Undo(EditorView* view);
+void Redo(EditorView* view);
+void ClearRedo(EditDocument* document);
+void FreeUndoList(UndoRecord* list);
+
+// The newest record of the undo list, or null.
+inline UndoRecord* UndoHead(const EditDocument* document) {
+  return document->undoList;
+}

@@ -1,0 +1,377 @@
+// Loading and saving: the encodings, line ends, tabs, the size and text checks and their
+// messages, and saves that fail without harming the file on disk.
+#include <filesystem>
+
+#include "editor/text_edit.h"
+#include "editor/undo.h"
+#include "encoding/text_encoding.h"
+#include "tests/editor/editor_fixture.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class DocumentFile : public EditorTest {};
+
+TEST_F(DocumentFile, AnEmptyFileHasNoLinesNoEncodingAndSavesEmpty) {
+  ASSERT_TRUE(Load(""));
+  EXPECT_EQ(document->lineCount, 0);
+  EXPECT_EQ(document->encoding, ENCODING_DETECT);
+  EXPECT_EQ(Save(), "");
+  document->hasBom = 1;
+  document->encoding = UTF8;
+  EXPECT_EQ(Save(), "\xEF\xBB\xBF");
+}
+
+TEST_F(DocumentFile, PureAsciiIsUtf8WithoutAMarkAndGainsItsFinalLineEnd) {
+  ASSERT_TRUE(Load("int a;  \r\n\r\nreturn 0;   "));
+  EXPECT_EQ(document->encoding, UTF8);
+  EXPECT_EQ(document->hasBom, 0);
+  EXPECT_EQ(document->lfOnly, 0);
+  EXPECT_EQ(Lines(document), (Texts{"int a;  ", "", "return 0;   "}));
+  EXPECT_EQ(Save(), "int a;\r\n\r\nreturn 0;\r\n");
+  // The blanks are gone from memory too.
+  EXPECT_EQ(Lines(document), (Texts{"int a;", "", "return 0;"}));
+  EXPECT_EQ(document->modified, 0);
+}
+
+TEST_F(DocumentFile, JohabIsReadAndWrittenBackAsEucKr) {
+  ASSERT_TRUE(Load("\x88\x7d\x94\x61\x20\xd0\x61\x93\x69\n"));
+  EXPECT_EQ(Lines(document), (Texts{"갛다 하늘"}));
+  EXPECT_EQ(document->encoding, EUCKR);
+  EXPECT_EQ(document->lfOnly, 1);
+  EXPECT_EQ(Save(), "\xb0\xb2\xb4\xd9\x20\xc7\xcf\xb4\xc3\n");
+}
+
+TEST_F(DocumentFile, Utf16WithMarkAndUtf8WithMarkComeBackAsTheyWere) {
+  std::string utf16("\xFF\xFE" "a\0\r\0\n\0\x00\xAC\r\0\n\0", 14);
+  ASSERT_TRUE(Load(utf16));
+  EXPECT_EQ(document->encoding, UTF16);
+  EXPECT_EQ(document->hasBom, 1);
+  EXPECT_EQ(Lines(document), (Texts{"a", "가"}));
+  EXPECT_EQ(Save(), utf16);
+
+  document->encoding = ENCODING_DETECT;
+  ASSERT_TRUE(Load("\xEF\xBB\xBF\xEA\xB0\x80\n", "b.txt"));
+  EXPECT_EQ(document->encoding, UTF8);
+  EXPECT_EQ(document->hasBom, 1);
+  EXPECT_EQ(Lines(document), (Texts{"가"}));
+  EXPECT_EQ(Save(), "\xEF\xBB\xBF\xEA\xB0\x80\n");
+}
+
+TEST_F(DocumentFile, LineEndPairsInEitherOrderAreOneLineEnd) {
+  ASSERT_TRUE(Load("a\n\rb\r\rc\r\nd"));
+  EXPECT_EQ(Lines(document), (Texts{"a", "b", "", "c", "d"}));
+  EXPECT_EQ(document->lfOnly, 1);
+  EXPECT_EQ(Save(), "a\nb\n\nc\nd\n");
+}
+
+TEST_F(DocumentFile, TabsExpandWithTheAnsweredWidthAndCompressBack) {
+  tabAnswer = {4, true, true};
+  ASSERT_TRUE(Load("a\tb\r\n"));
+  EXPECT_EQ(proposedTab, 8);
+  EXPECT_EQ(Lines(document), (Texts{"a   b"}));
+  EXPECT_EQ(document->tabSize, 4);
+  EXPECT_EQ(ReadInt(kConfigSection, "DefTabSize", 0), 4);
+  EXPECT_EQ(Save(), "a\tb\r\n");
+  document->tabSize = 0;
+  EXPECT_EQ(Save(), "a   b\r\n");
+}
+
+TEST_F(DocumentFile, AnUncheckedBoxOrNoAnswerForgetsTheWidthAfterLoading) {
+  WriteNums(kConfigSection, "DefTabSize", 6);
+  tabAnswer = {4, false, true};
+  ASSERT_TRUE(Load("a\tb\n"));
+  EXPECT_EQ(proposedTab, 6);
+  EXPECT_EQ(Lines(document), (Texts{"a   b"}));
+  EXPECT_EQ(document->tabSize, 0);
+
+  // Cancel: tabs go to 8-column stops and nothing is kept.
+  tabAnswer = {0, false, true};
+  document->keepTabSize = 0;
+  ASSERT_TRUE(Load("\xea\xb0\x80\tx\n", "wide.cpp"));
+  EXPECT_EQ(Lines(document), (Texts{"가      x"}));  // the wide unit counts two columns
+  EXPECT_EQ(document->tabSize, 0);
+}
+
+TEST_F(DocumentFile, CompressionLeavesLiteralsAndSingleSpacesAlone) {
+  char16_t out[64];
+  auto compress = [&](const std::u16string& in, int tab) {
+    return Utf8(std::u16string(out, static_cast<size_t>(CompressTabs(in.data(), static_cast<int>(in.size()), tab, out))));
+  };
+  EXPECT_EQ(compress(u"        x", 4), "\t\tx");
+  EXPECT_EQ(compress(u"abc x", 4), "abc x");  // one space before the stop stays
+  EXPECT_EQ(compress(u"ab  x", 4), "ab\tx");
+  EXPECT_EQ(compress(u"a \"b   \\\"    \" c", 4), "a \"b   \\\"    \" c");
+  EXPECT_EQ(compress(u"'    '        x", 4), "'    '\t\t  x");
+  EXPECT_EQ(compress(u"가  x", 4), "가\tx");  // 가 takes columns 0 and 1
+  EXPECT_EQ(compress(u"x  \x01 ", 4), "x");   // trailing units below 33 go
+}
+
+TEST_F(DocumentFile, ALongLineLoadsAndAVeryLongOneIsSplitAndToldOnce) {
+  std::string line(4097, 'x');
+  ASSERT_TRUE(Load(line + "\n"));
+  EXPECT_TRUE(messages.empty());
+  ASSERT_EQ(document->lineCount, 1);
+  EXPECT_EQ(LineLength(document->lines[0]), 4097);
+
+  // Not text any more: the question comes, Cancel is its default and leaves the old lines.
+  std::string huge(70000, 'y');
+  ASSERT_FALSE(Load(huge + "\n" + huge + "\n", "huge.bin"));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_NE(messages[0].find("텍스트 파일이 아닌 것 같습니다"), std::string::npos);
+  EXPECT_EQ(messageFlags[0] & 0xF0F, kMbOkCancel | kMbDefButton2);
+  EXPECT_EQ(document->lineCount, 1);
+
+  answers = {kIdOk, kIdOk};
+  ASSERT_TRUE(Load(huge + "\n" + huge + "\n", "huge.bin"));
+  ASSERT_EQ(messages.size(), 3u);
+  EXPECT_NE(messages[2].find("나누어 읽었습니다"), std::string::npos);
+  ASSERT_EQ(document->lineCount, 4);
+  EXPECT_EQ(LineLength(document->lines[0]), kMaxLineUnits);
+  EXPECT_EQ(LineLength(document->lines[1]), 70000 - kMaxLineUnits);
+}
+
+TEST_F(DocumentFile, ZeroBytesMakeTheDataBinaryUnlessItIsUtf16) {
+  EXPECT_FALSE(LooksLikeText("ab\0\0cd", 6));
+  EXPECT_TRUE(LooksLikeText("ab\0cd", 5));  // as UTF-16 it has no zero unit
+  EXPECT_TRUE(LooksLikeText("a\0b\0\r\0\n\0", 8));
+  std::string wide(2 * 4097, 'a');
+  EXPECT_FALSE(LooksLikeText(wide.data(), static_cast<long long>(wide.size())));
+}
+
+TEST_F(DocumentFile, TooLargeAFileIsRefusedWithItsMessage) {
+  std::string path = In("big.txt");
+  WriteBytes(path, "x");
+  std::filesystem::resize_file(std::filesystem::u8path(path), kMaxFileSize);
+  snprintf(document->path, sizeof document->path, "%s", path.c_str());
+  EXPECT_FALSE(LoadDocument(&view));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], "'" + path + "'은 너무 큰 파일입니다. (최대 50 MByte)");
+  std::filesystem::resize_file(std::filesystem::u8path(path), kMaxFileSize - 1);
+  messages.clear();
+  answers = {kIdCancel};
+  EXPECT_FALSE(LoadDocument(&view));  // only the text check stops it now
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_NE(messages[0].find("텍스트"), std::string::npos);
+}
+
+TEST_F(DocumentFile, AMissingFileFailsQuietlyAndLeavesANamedEmptyDocument) {
+  SetText({"old"});
+  ASSERT_EQ(document->untitled, 1);
+  snprintf(document->path, sizeof document->path, "%s", In("absent.cpp").c_str());
+  EXPECT_FALSE(LoadDocument(&view));
+  EXPECT_TRUE(messages.empty());
+  EXPECT_EQ(document->untitled, 0);
+  EXPECT_EQ(document->lineCount, 0);
+  // Save then creates it without asking for a name.
+  SetText({"new"});
+  EXPECT_EQ(Save(), "new\r\n");
+}
+
+TEST_F(DocumentFile, PortSpecificationsGoToTheTerminalOpener) {
+  snprintf(document->path, sizeof document->path, "COM3,9600,8,0,0,0");
+  EXPECT_FALSE(LoadDocument(&view));
+  EXPECT_EQ(terminalSpecification, "COM3,9600,8,0,0,0");
+  // Not a port: read from disk (and missing).
+  terminalSpecification.clear();
+  snprintf(document->path, sizeof document->path, "COM3.txt");
+  EXPECT_FALSE(LoadDocument(&view));
+  EXPECT_EQ(terminalSpecification, "");
+}
+
+TEST_F(DocumentFile, SourcePathIsReadButPathNamesTheDocument) {
+  WriteBytes(In("temp.out"), "shown\n");
+  snprintf(document->sourcePath, sizeof document->sourcePath, "%s", In("temp.out").c_str());
+  snprintf(document->path, sizeof document->path, "%s", In("Parser Window").c_str());
+  ASSERT_TRUE(LoadDocument(&view));
+  EXPECT_EQ(Lines(document), (Texts{"shown"}));
+  EXPECT_EQ(document->fileStamp, kMissingFileStamp);
+}
+
+TEST_F(DocumentFile, EveryEncodingWritesItsOwnBytesAndLineEnds) {
+  SetText({"가a", ""});
+  document->untitled = 0;
+  snprintf(document->path, sizeof document->path, "%s", In("out.txt").c_str());
+  document->encoding = UTF8;
+  EXPECT_EQ(Save(), "\xEA\xB0\x80" "a\r\n\r\n");
+  document->encoding = EUCKR;
+  EXPECT_EQ(Save(), "\xB0\xA1" "a\r\n\r\n");
+  document->encoding = JOHAP;
+  EXPECT_EQ(Save(), "\x88\x61" "a\r\n\r\n");
+  document->encoding = UTF16;
+  document->lfOnly = 1;
+  EXPECT_EQ(Save(), std::string("\x00\xAC" "a\0\n\0\n\0", 8));
+}
+
+TEST_F(DocumentFile, AFailedSaveKeepsTheOldFileAndTheModifiedMark) {
+  ASSERT_TRUE(Load("original\r\n"));
+  SetText({"changed"});
+  document->modified = 1;
+  std::filesystem::permissions(std::filesystem::u8path(document->path),
+                               std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
+  EXPECT_FALSE(SaveDocument(&view, false));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], std::string("'") + document->path + "' 파일이 만들어지지 않습니다.");
+  EXPECT_EQ(document->modified, 1);
+  EXPECT_EQ(ReadBytes(document->path), "original\r\n");
+  std::filesystem::permissions(std::filesystem::u8path(document->path), std::filesystem::perms::owner_all);
+  EXPECT_EQ(Save(), "changed\r\n");
+  EXPECT_EQ(document->modified, 0);
+  // Nothing of the safe save is left beside the file.
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
+}
+
+TEST_F(DocumentFile, SaveAsCopyLeavesTheDocumentsStateAlone) {
+  ASSERT_TRUE(Load("a\n"));
+  document->modified = 1;
+  unsigned stamp = document->fileStamp;
+  std::filesystem::last_write_time(std::filesystem::u8path(document->path),
+                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(5));
+  EXPECT_TRUE(SaveDocument(&view, true));
+  EXPECT_EQ(document->modified, 1);
+  EXPECT_EQ(document->fileStamp, stamp);
+}
+
+TEST_F(DocumentFile, AnUntitledDocumentAsksForANameAndKeepsItsOwnWhenCancelled) {
+  SetText({"x"});
+  std::string old = document->path;
+  EXPECT_FALSE(SaveDocument(&view, false));
+  EXPECT_EQ(document->path, old);
+  EXPECT_EQ(document->untitled, 1);
+  savePathAnswer = In("named.cpp");
+  EXPECT_TRUE(SaveDocument(&view, false));
+  EXPECT_EQ(document->path, savePathAnswer);
+  EXPECT_EQ(document->untitled, 0);
+  EXPECT_EQ(ReadBytes(savePathAnswer), "x\r\n");
+}
+
+TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
+  ASSERT_TRUE(Load("one\n"));
+  EXPECT_FALSE(CheckChangedOnDisk(&view));
+  EXPECT_TRUE(messages.empty());
+  auto path = std::filesystem::u8path(document->path);
+  WriteBytes(document->path, "two\n");
+  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  EXPECT_FALSE(CheckChangedOnDisk(&view));  // Cancel
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
+  EXPECT_FALSE(CheckChangedOnDisk(&view));  // the new stamp was recorded
+  EXPECT_EQ(messages.size(), 1u);
+
+  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  answers = {kIdOk};
+  document->skipReloadCheck = 1;
+  EXPECT_FALSE(CheckChangedOnDisk(&view));  // skipped once
+  EXPECT_TRUE(CheckChangedOnDisk(&view));
+  EXPECT_EQ(Lines(document), (Texts{"two"}));
+
+  std::filesystem::remove(path);
+  EXPECT_FALSE(CheckChangedOnDisk(&view));
+  EXPECT_FALSE(CheckChangedOnDisk(&view));
+  ASSERT_EQ(messages.size(), 3u);
+  EXPECT_EQ(messages[2], "'" + std::string(document->path) + "' 파일이 없어졌습니다.");
+  EXPECT_EQ(document->fileStamp, kMissingFileStamp);
+}
+
+TEST_F(DocumentFile, ClosingAModifiedDocumentAsks) {
+  EXPECT_EQ(ConfirmSaveIfModified(&view), kIdNo);
+  EXPECT_TRUE(messages.empty());
+  document->modified = 1;
+  answers = {kIdYes};
+  EXPECT_EQ(ConfirmSaveIfModified(&view), kIdYes);
+  EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 수정되었습니다. 저장할까요?");
+  EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNoCancel);
+}
+
+TEST_F(DocumentFile, CaretAndBookmarksAreRememberedPerFile) {
+  EXPECT_EQ(PathCrc32("123456789", 9), 0x2DFD2D88u);
+  ASSERT_TRUE(Load("a\nb\nc\nd\n"));
+  view.caretColumn = 2;
+  view.caretLine = 3;
+  view.firstColumn = 1;
+  view.firstLine = 2;
+  document->bookmarks[1] = {1, 2};
+  document->bookmarks[3] = {0, 1};
+  SaveFileState(&view);
+  char section[16];
+  snprintf(section, sizeof section, "%08X", PathCrc32(document->path, static_cast<int>(strlen(document->path))));
+  char text[256];
+  ReadStr(section, "BookMark", text, sizeof text);
+  EXPECT_STREQ(text, "-1 -1 1 2 -1 -1 0 1");
+  ReadStr(section, "Cursor", text, sizeof text);
+  EXPECT_STREQ(text, "2 3 1 2");
+  ReadText(section, "File", text, sizeof text, "");
+  EXPECT_STREQ(text, document->path);
+
+  ASSERT_TRUE(LoadDocument(&view));
+  EXPECT_EQ(view.caretLine, 3);
+  EXPECT_EQ(view.caretColumn, 2);
+  EXPECT_EQ(view.firstLine, 2);
+  EXPECT_EQ(document->bookmarks[1].line, 2);
+  EXPECT_EQ(document->bookmarks[0].index, -1);
+  EXPECT_EQ(document->bookmarks[3].index, 0);
+
+  // A caret beyond the shorter file puts everything at the top.
+  ASSERT_TRUE(Load("a\n"));
+  EXPECT_EQ(view.caretLine, 0);
+  EXPECT_EQ(view.firstLine, 0);
+}
+
+TEST_F(DocumentFile, NewDocumentsAreNumberedAndNeverReuseANumber) {
+  EditDocument* second = NewDocument();
+  EditDocument* third = NewDocument();
+  ASSERT_TRUE(second && third);
+  std::string first = document->path;
+  size_t at = first.rfind("NoName");
+  ASSERT_NE(at, std::string::npos);
+  int number = std::stoi(first.substr(at + 6));
+  char expected[32];
+  snprintf(expected, sizeof expected, "NoName%02d.cpp", number + 2);
+  EXPECT_EQ(std::string(third->path), first.substr(0, at) + expected);
+  EXPECT_EQ(first.substr(0, at), std::filesystem::current_path().generic_u8string() + "/");
+  EXPECT_EQ(third->untitled, 1);
+  EXPECT_EQ(third->scrollScale, 1);
+  EXPECT_EQ(third->bookmarks[8].line, -1);
+  FreeDocument(third);
+  FreeDocument(second);
+  EditDocument* fourth = NewDocument();
+  snprintf(expected, sizeof expected, "NoName%02d.cpp", number + 3);
+  EXPECT_NE(std::string(fourth->path).find(expected), std::string::npos);
+  FreeDocument(fourth);
+}
+
+TEST_F(DocumentFile, TheLineTableGrowsByWhatIsNeededPlusAThousand) {
+  EXPECT_TRUE(GrowLineTable(document, 1));
+  EXPECT_EQ(document->lineCapacity, 1001);
+  document->lineCount = 1000;  // null slots
+  EXPECT_TRUE(GrowLineTable(document, 1));
+  EXPECT_EQ(document->lineCapacity, 2002);
+  document->lineCount = 0;
+}
+
+TEST_F(DocumentFile, LineRecordsHaveTheirTwoSizes) {
+  LiveBlocks();
+  std::u16string text = u"abc";
+  LineRecord* file = MakeFileLine(text.data(), 3);
+  LineRecord* copy = MakeLine(text.data(), 3);
+  EXPECT_EQ(file->capacity, 4);
+  EXPECT_EQ(copy->capacity, 3);
+  EXPECT_EQ(copy->length, 3);
+  EXPECT_EQ(copy->commentState, 0);
+  EXPECT_EQ(MakeLine(text.data(), 0), nullptr);
+  EXPECT_EQ(MakeFileLine(text.data(), kMaxLineUnits + 1), nullptr);
+  FreeLine(file);
+  FreeLine(copy);
+  // Columns: a unit of 256 or more is two wide.
+  std::u16string wide = u"a가b";
+  LineRecord* line = MakeLine(wide.data(), 3);
+  EXPECT_EQ(LineColumns(line), 4);
+  EXPECT_EQ(UnitIndexAtColumn(line, 2), 1);
+  EXPECT_EQ(UnitIndexAtColumn(line, 3), 2);
+  EXPECT_EQ(ColumnOfIndex(line, 2), 3);
+  FreeLine(line);
+}
+
+}  // namespace
