@@ -142,16 +142,20 @@ TEST_F(FileUtilTest, HandlesReadWriteSeekAndStamp) {
 #ifdef _WIN32
 const char kExit3[] = "cmd /c exit 3";
 const char kExit4SlashedProgram[] = "C:/windows/system32/cmd.exe /c exit 4";
+// Starting a program takes the command interpreter far longer than no time at all.
+const char kSlowProgram[] = "cmd /c exit 3";
 #else
 const char kExit3[] = "exit 3";
 const char kExit4SlashedProgram[] = "/bin/sh -c 'exit 4'";
+// A shell can start and exit before a time-out of 0 is looked at: this one stays a while.
+const char kSlowProgram[] = "sleep 2";
 #endif
 
 TEST_F(FileUtilTest, ProgramsAreStartedAndWaitedFor) {
   EXPECT_EQ(StartProgramAndWait(kExit3, 0, 20000), 3);
   EXPECT_EQ(StartProgramAndWait(kExit4SlashedProgram, 0, 20000), 4);
   // A program that has not ended within the time-out gives -1.
-  EXPECT_EQ(StartProgramAndWait(kExit3, 0, 0), -1);
+  EXPECT_EQ(StartProgramAndWait(kSlowProgram, 0, 0), -1);
   EXPECT_NE(StartProgramAndWait("/no/such/program/anywhere.exe", 0, 5000), 0);
 }
 
