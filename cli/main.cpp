@@ -41,6 +41,9 @@ const ToolCommand kCommands[] = {
      "convert [--from ENC] [--tab N] [--to ENC] [--save-tab N] [--lf|--crlf] [--bom|--no-bom]\n"
      "        IN OUT                      opens IN as File > Open would (tabs expanded with N)\n"
      "                                    and writes OUT as saving in another format would"},
+    {"colour", RunColourCommand,
+     "colour FILE                         the colour runs of every line as the editor paints\n"
+     "                                    them: column:class pairs, one line per line"},
     {"errmsg", RunErrMsgCommand,
      "errmsg CODE                         the system's text for a Win32 error code (Windows)"},
     {"make", RunMakeCommand,

@@ -28,4 +28,5 @@ int RunBin2SrcCommand(int argc, char** argv);
 int RunErrMsgCommand(int argc, char** argv);
 int RunMakeCommand(int argc, char** argv);
 int RunDetectCommand(int argc, char** argv);
+int RunColourCommand(int argc, char** argv);
 int RunConvertCommand(int argc, char** argv);

@@ -1,0 +1,34 @@
+// quill-tool colour: the colour runs of every line of a file, as the editor paints them from the
+// top after opening it.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "cli/tool.h"
+#include "cli/tool_document.h"
+#include "editor/colouring.h"
+#include "editor/comment_states.h"
+
+int RunColourCommand(int argc, char** argv) {
+  if (argc != 1) return kExitUsage;
+  ToolDocument tool;
+  bool opened = OpenToolDocument(&tool, "colour", argv[0], 0, 0);
+  ColourRuns* runs = opened ? NewColourRuns() : nullptr;
+  if (runs) {
+    EditDocument* document = tool.document;
+    ComputeCommentStates(document);
+    for (int i = 0; i < document->lineCount; ++i) {
+      LineRecord* line = document->lines[i];
+      if (line) {
+        bool starts = LineStartsInComment(document, i);
+        line->commentState = ColourLine(&runs, line->text, line->length, i, starts) ? 1 : 0;
+        for (int run = 0; run < runs->count; ++run)
+          printf(run ? " %d:%d" : "%d:%d", runs->entries[run].start, runs->entries[run].colourClass);
+      }
+      putchar('\n');
+    }
+  }
+  FreeColourRuns(runs);
+  CloseToolDocument(&tool);
+  return opened && runs ? kExitOk : kExitFailed;
+}
