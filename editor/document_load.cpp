@@ -64,8 +64,10 @@ using ConvertFunction = int (*)(const char*, int, char16_t*, int);
 int AppendConverted(EditDocument* document, const char* bytes, int count, CountFunction counter,
                     ConvertFunction convert) {
   if (count <= 0) return AppendUnits(document, nullptr, 0);
+  // No byte makes more than one unit; the counting forms may count a stray lead byte and its
+  // follower as one character where the conversion makes two, so the larger size is taken.
   int needed = counter(bytes, count);
-  if (needed <= 0) return AppendUnits(document, nullptr, 0);
+  if (needed < count) needed = count;
   auto* units = static_cast<char16_t*>(AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
   if (!units) return 0;
   int length = convert(bytes, count, units, needed);

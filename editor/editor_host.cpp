@@ -77,7 +77,8 @@ LocalTime EditorLocalTime() {
   time_t now = time(nullptr);
   struct tm parts = {};
 #ifdef _WIN32
-  localtime_s(&parts, &now);
+  // One user-interface thread: the shared result of localtime is safe here.
+  if (const struct tm* local = localtime(&now)) parts = *local;
 #else
   localtime_r(&now, &parts);
 #endif

@@ -375,3 +375,18 @@ TEST_F(DocumentFile, LineRecordsHaveTheirTwoSizes) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(DocumentFile, AStrayLeadByteLosesNothingBehindIt) {
+  // 0xFF leads no EUC-KR character: the conversion gives it a unit of its own, so the line has
+  // more units than the pair count says.
+  ASSERT_TRUE(Load("\xffre\n"));
+  EXPECT_EQ(document->encoding, EUCKR);
+  ASSERT_EQ(document->lineCount, 1);
+  std::u16string line(document->lines[0]->text, document->lines[0]->length);
+  ASSERT_GE(line.size(), 3u);
+  EXPECT_EQ(line.substr(line.size() - 2), u"re");
+}
+
+}  // namespace

@@ -1,0 +1,91 @@
+// quill-tool convert from the outside: what opening and saving in the editor writes.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace {
+
+class ConvertTool : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    in_ = testing::TempDir() + "quill_convert_in.txt";
+    out_ = testing::TempDir() + "quill_convert_out.txt";
+    std::remove(out_.c_str());
+  }
+  void TearDown() override {
+    std::remove(in_.c_str());
+    std::remove(out_.c_str());
+  }
+  void Input(const std::string& bytes) { std::ofstream(in_, std::ios::binary) << bytes; }
+  std::string Output() const {
+    std::ifstream file(out_, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  }
+  int Run(const std::string& options) {
+    std::string command = std::string(QUILL_TOOL) + " convert " + options + " " + in_ + " " + out_ +
+                          " >/dev/null 2>&1";
+    int raw = system(command.c_str());
+    return WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+  }
+  std::string in_;
+  std::string out_;
+};
+
+TEST_F(ConvertTool, WithoutOptionsItWritesWhatOpenAndSaveWrite) {
+  Input("int a;   \r\n\tb;");
+  EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Output(), "int a;\r\n\tb;\r\n");  // tab width 8 kept, blanks gone, last line end added
+  Input("");
+  EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Output(), "");
+}
+
+TEST_F(ConvertTool, TabWidthsOnBothSides) {
+  Input("a\tb\n");
+  EXPECT_EQ(Run("--tab 4"), 0);
+  EXPECT_EQ(Output(), "a\tb\n");
+  EXPECT_EQ(Run("--tab 4 --save-tab 0"), 0);
+  EXPECT_EQ(Output(), "a   b\n");
+  EXPECT_EQ(Run("--tab 4 --save-tab 2"), 0);
+  EXPECT_EQ(Output(), "a \tb\n");  // the single space before a stop stays
+  // Without tabs in the file no width is known and spaces stay spaces.
+  Input("a       b\n");
+  EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Output(), "a       b\n");
+}
+
+TEST_F(ConvertTool, EncodingsLineEndsAndMarks) {
+  Input("\x88\x7d\x94\x61\r\n");  // Johab
+  EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Output(), "\xb0\xb2\xb4\xd9\r\n");
+  EXPECT_EQ(Run("--to UTF8 --bom --lf"), 0);
+  EXPECT_EQ(Output(), "\xEF\xBB\xBF\xEA\xB0\x9B\xEB\x8B\xA4\n");
+  EXPECT_EQ(Run("--to UTF16"), 0);
+  EXPECT_EQ(Output(), std::string("\x1b\xac\xe4\xb2\r\0\n\0", 8));
+  EXPECT_EQ(Run("--from EUCKR --to UTF8"), 0);  // read as EUC-KR instead: other characters
+  EXPECT_NE(Output(), "\xEA\xB0\x9B\xEB\x8B\xA4\r\n");
+
+  Input("\xEF\xBB\xBFx\n");
+  EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Output(), "\xEF\xBB\xBFx\n");
+  EXPECT_EQ(Run("--no-bom --crlf"), 0);
+  EXPECT_EQ(Output(), "x\r\n");
+}
+
+TEST_F(ConvertTool, FailuresAndUsage) {
+  Input("x\n");
+  EXPECT_EQ(Run("--to LATIN1"), 2);
+  EXPECT_EQ(Run("--tab 1"), 2);
+  EXPECT_EQ(Run("--frob"), 2);
+  std::remove(in_.c_str());
+  EXPECT_EQ(Run(""), 1);
+  Input(std::string("\0\0\0x", 4) + std::string(5000, 'y'));  // not text: the question is cancelled
+  EXPECT_EQ(Run(""), 1);
+  EXPECT_EQ(Output(), "");
+}
+
+}  // namespace
