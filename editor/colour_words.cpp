@@ -28,8 +28,10 @@ bool SameWord(const char16_t* word, int length, const char* ascii) {
 
 template <int N>
 bool InList(const char* const (&list)[N], const char16_t* word, int length) {
+  // Every identifier of a file being painted asks: most differ in their first unit already.
+  if (length <= 0 || word[0] > 0x7F) return false;
   for (const char* entry : list) {
-    if (SameWord(word, length, entry)) return true;
+    if (static_cast<char16_t>(entry[0]) == word[0] && SameWord(word, length, entry)) return true;
   }
   return false;
 }

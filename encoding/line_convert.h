@@ -11,7 +11,9 @@ int JohabLineToUtf16Count(const char* bytes, int count);
 int JohabLineToUtf16(const char* bytes, int count, char16_t* target, int targetSize);
 
 // EUC-KR through the Korean code page 949. The count treats 0x01 and bytes of 0x80 or more as
-// leads of two-byte characters, so it may be more than the conversion gives, never less.
+// leads of two-byte characters; the code page reads 0x80 and 0xFF as characters of their own, so
+// the conversion can give more units than the count: a caller that must not lose any sizes its
+// target by the byte count, which is never exceeded.
 int EucKrLineToUtf16Count(const char* bytes, int count);
 int EucKrLineToUtf16(const char* bytes, int count, char16_t* target, int targetSize);
 
