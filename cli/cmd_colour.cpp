@@ -16,7 +16,6 @@ int RunColourCommand(int argc, char** argv) {
   ColourRuns* runs = opened ? NewColourRuns() : nullptr;
   if (runs) {
     EditDocument* document = tool.document;
-    ComputeCommentStates(document);
     for (int i = 0; i < document->lineCount; ++i) {
       LineRecord* line = document->lines[i];
       if (line) {

@@ -3,6 +3,7 @@
 
 #include "editor/document.h"
 #include "editor/document_io.h"
+#include "editor/comment_states.h"
 #include "editor/editor_host.h"
 #include "editor/editor_view.h"
 #include "editor/undo.h"
@@ -142,6 +143,7 @@ void FinishLoad(EditorView* view) {
   document->modified = 0;
   document->untitled = 0;
   document->flag = 0;
+  ComputeCommentStates(document);
   view->caretColumn = view->caretLine = view->firstColumn = view->firstLine = 0;
   CollapseSelection(view);
   RestoreFileState(view);

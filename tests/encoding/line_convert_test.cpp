@@ -141,6 +141,9 @@ TEST_F(LineConvert, EucKrThroughTheKoreanCodePage) {
   EXPECT_EQ(Utf16LineToEucKrCount(units.data(), 2), 3);
   // The count takes 0x01 and every byte of 0x80 or more as a lead of two bytes.
   EXPECT_EQ(EucKrLineToUtf16Count("\x01" "Aa\xB0\xA1\xB0", 6), 4);
+  // 0x80 and 0xFF are characters of their own to the code page: more units than counted.
+  EXPECT_EQ(EucKrLineToUtf16Count("\xFF" "re", 3), 2);
+  EXPECT_EQ(DecodeEucKr("\xFF" "re", 3), u"\uF8F7re");
   // A short target gets what fits instead of nothing.
   EXPECT_EQ(DecodeEucKr("\xB0\xA1\xB0\xA1\xB0\xA1", 2), u"가가");
 }
