@@ -50,6 +50,12 @@ const ToolCommand kCommands[] = {
      "make PROJECT TARGET [--rebuild | --run]\n"
      "                                    writes TARGET's makefile and C.BAT as Build (Rebuild,\n"
      "                                    Build and Run) would, without starting C.BAT"},
+    {"frame", RunFrameCommand,
+     "frame cmdline LINE | status COL LN [--modified] | menu MODE QUICK PROJECT |\n"
+     "      command ID | session INI | font FILE\n"
+     "                                    the frame's rules: the command line's path, the\n"
+     "                                    status texts, the menu state, where a command goes,\n"
+     "                                    the kept document list, a bitmap font's cell"},
 };
 
 int Usage() {

@@ -30,3 +30,4 @@ int RunMakeCommand(int argc, char** argv);
 int RunDetectCommand(int argc, char** argv);
 int RunColourCommand(int argc, char** argv);
 int RunConvertCommand(int argc, char** argv);
+int RunFrameCommand(int argc, char** argv);

@@ -1,0 +1,59 @@
+#include "frame/frame_commands.h"
+
+const char kUnfinishedText[] = "I have not finished it yet.";
+
+namespace {
+
+struct CommandRow {
+  int id;
+  FrameCommandAction action;
+};
+
+// Everything not listed here and below 10000 belongs to the active child.
+const CommandRow kRows[] = {
+    {79, kCommandFrame},  // new document
+    {32, kCommandFrame},  // second copy of the program
+    {80, kCommandFrame},  // open
+    {34, kCommandFrame},  // save all
+    {75, kCommandFrame},  // options sheet
+    {85, kCommandFrame},  // exit
+    {84, kCommandFrame},  // close the active child
+    {86, kCommandFrame},  {87, kCommandFrame}, {88, kCommandFrame}, {89, kCommandFrame},
+    {91, kCommandFrame},  // close all
+    {119, kCommandFrame},  // close project
+    {116, kCommandProjectWindow}, {117, kCommandProjectWindow},
+    {124, kCommandProjectWindow}, {125, kCommandProjectWindow}, {126, kCommandProjectWindow},
+    // Dialogs and tool windows that come with their own subsystems.
+    {27, kCommandUnfinished},  // open with a coding-style conversion
+    {37, kCommandUnfinished},  // import in another format
+    {39, kCommandUnfinished},  // terminal
+    {114, kCommandUnfinished}, {115, kCommandUnfinished},  // new and open project
+    {46, kCommandUnfinished}, {47, kCommandUnfinished},    // calculators
+    {29, kCommandUnfinished}, {28, kCommandUnfinished}, {25, kCommandUnfinished},
+    {24, kCommandUnfinished}, {23, kCommandUnfinished},
+    {43, kCommandUnfinished},  // help
+    {9999, kCommandUnfinished},
+    {44, kCommandSilent},  // the logo window
+};
+
+}  // namespace
+
+FrameCommandAction FrameCommand(int id) {
+  if (id >= kFirstChildId) return kCommandWindowList;
+  for (const CommandRow& row : kRows) {
+    if (row.id == id) return row.action;
+  }
+  return kCommandForward;
+}
+
+const char* FrameCommandName(FrameCommandAction action) {
+  switch (action) {
+    case kCommandForward: return "forward";
+    case kCommandFrame: return "frame";
+    case kCommandProjectWindow: return "project";
+    case kCommandUnfinished: return "unfinished";
+    case kCommandSilent: return "silent";
+    case kCommandWindowList: return "window-list";
+  }
+  return "?";
+}

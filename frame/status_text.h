@@ -1,0 +1,16 @@
+// The texts of the status bar's first three parts.
+#pragma once
+
+// Part 0: "\tCol %d, Ln %d" with the 0-based column and line shown from 1.
+int FormatCursorStatus(int column, int line, char* text, int size);
+// Part 1: "\tModified" or an empty text.
+const char* ModifiedStatus(bool modified);
+
+// Part 2 remembers the last message (at most 40 characters) so that an unchanged text is not
+// sent again; a null text means empty.
+constexpr int kStatusMemorySize = 40;
+struct StatusMemory {
+  char last[kStatusMemorySize + 1];
+};
+// True when `text` differs from the remembered one; it is then remembered (cut to 40 characters).
+bool StatusMessageChanged(StatusMemory* memory, const char* text);
