@@ -1,5 +1,7 @@
 // quill-tool's calculator, binary-to-source and error-lookup commands from the outside.
 #include <gtest/gtest.h>
+
+#include "tests/support/tool_run.h"
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -8,30 +10,6 @@
 #include <string>
 
 namespace {
-
-struct ToolRun {
-  std::string out;
-  int status;
-};
-
-ToolRun Tool(const std::string& arguments) {
-  std::string command = std::string(QUILL_TOOL) + " " + arguments + " 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  ToolRun run{{}, -1};
-  if (!pipe) return run;
-  char buffer[256];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    run.out.append(buffer, n);
-  int raw = pclose(pipe);
-  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return run;
-}
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
 
 TEST(CalcTool, ShowsWhatTheIntegerCalculatorShows) {
   ToolRun run = Tool("calc '1 == 1 * 1 + 1'");

@@ -1,6 +1,7 @@
 // quill-tool colour on a file opened as the editor opens it.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
+
+#include "tests/support/tool_run.h"
 
 #include <cstdio>
 #include <fstream>
@@ -9,15 +10,9 @@
 namespace {
 
 std::string Colour(const std::string& path, int* status) {
-  std::string command = std::string(QUILL_TOOL) + " colour '" + path + "' 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  std::string out;
-  char buffer[256];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-  int raw = pclose(pipe);
-  *status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return out;
+  ToolRun run = Tool("colour '" + path + "'");
+  *status = run.status;
+  return run.out;
 }
 
 TEST(ColourTool, EveryLineAsPaintedFromTheTop) {

@@ -1,6 +1,7 @@
 // quill-tool detect on the Korean samples and on files that are not text.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
+
+#include "tests/support/tool_run.h"
 
 #include <cstdio>
 #include <fstream>
@@ -14,15 +15,9 @@ std::string DataPath(const char* name) {
 }
 
 std::string Detect(const std::string& path, int* status) {
-  std::string command = std::string(QUILL_TOOL) + " detect '" + path + "' 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  std::string out;
-  char buffer[128];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-  int raw = pclose(pipe);
-  *status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return out;
+  ToolRun run = Tool("detect '" + path + "'");
+  *status = run.status;
+  return run.out;
 }
 
 TEST(DetectTool, NamesTheEncodingAndTheMark) {

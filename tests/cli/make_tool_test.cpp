@@ -1,5 +1,7 @@
 // quill-tool make from the outside: the files it writes for each mode, and its failures.
 #include <gtest/gtest.h>
+
+#include "tests/support/tool_run.h"
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -10,28 +12,8 @@
 
 namespace {
 
-struct ToolRun {
-  std::string out;
-  int status;
-};
-
-ToolRun Tool(const std::string& arguments) {
-  std::string command = std::string(QUILL_TOOL) + " " + arguments + " 2>&1";
-  FILE* pipe = popen(command.c_str(), "r");
-  ToolRun run{{}, -1};
-  if (!pipe) return run;
-  char buffer[256];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    run.out.append(buffer, n);
-  int raw = pclose(pipe);
-  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return run;
-}
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+ToolRun ToolMerged(const std::string& arguments) {
+  return RunTool(arguments, true);
 }
 
 // The folder of the tool, in the batch file's form.
@@ -73,7 +55,7 @@ class MakeTool : public ::testing::Test {
 };
 
 TEST_F(MakeTool, WritesTheMakefileAndBatchOfEachMode) {
-  ToolRun run = Tool("make " + In("p.prj") + " 'my dll'");
+  ToolRun run = ToolMerged("make " + In("p.prj") + " 'my dll'");
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, In("my dll.mak") + "\n" + In("C.BAT") + "\n");
   EXPECT_EQ(ReadFile(In("my dll.mak")),
@@ -84,11 +66,11 @@ TEST_F(MakeTool, WritesTheMakefileAndBatchOfEachMode) {
 
   // Build and run of a DLL only pauses too, and the old output goes first.
   std::ofstream(In("my dll.dll")) << "old";
-  EXPECT_EQ(Tool("make " + In("p.prj") + " 'my dll' --run").status, 0);
+  EXPECT_EQ(ToolMerged("make " + In("p.prj") + " 'my dll' --run").status, 0);
   EXPECT_EQ(ReadFile(In("C.BAT")), Head("my dll.mak", "VC15") + "Pause\r\n");
   EXPECT_FALSE(std::filesystem::exists(In("my dll.dll")));
 
-  EXPECT_EQ(Tool("make " + In("p.prj") + " con --run").status, 0);
+  EXPECT_EQ(ToolMerged("make " + In("p.prj") + " con --run").status, 0);
   EXPECT_EQ(ReadFile(In("C.BAT")),
             Head("con.mak", "VC9") +
                 "If not exist con.exe goto Exit\r\nCls\r\ncon.exe\r\n:Exit\r\nPause\r\n");
@@ -101,9 +83,9 @@ TEST_F(MakeTool, WritesTheMakefileAndBatchOfEachMode) {
 TEST_F(MakeTool, RebuildStartsFromAnEmptyObjectFolder) {
   std::filesystem::create_directories(In("OBJ/con"));
   std::ofstream(In("OBJ/con/main.obj")) << "obj";
-  EXPECT_EQ(Tool("make " + In("p.prj") + " con").status, 0);
+  EXPECT_EQ(ToolMerged("make " + In("p.prj") + " con").status, 0);
   EXPECT_TRUE(std::filesystem::exists(In("OBJ/con/main.obj")));
-  EXPECT_EQ(Tool("make " + In("p.prj") + " con --rebuild").status, 0);
+  EXPECT_EQ(ToolMerged("make " + In("p.prj") + " con --rebuild").status, 0);
   EXPECT_FALSE(std::filesystem::exists(In("OBJ")));
   EXPECT_EQ(ReadFile(In("C.BAT")), Head("con.mak", "VC9") + "Pause\r\n");
 }
@@ -120,23 +102,23 @@ TEST_F(MakeTool, ARelativeProjectPathIsTakenFromTheCurrentFolder) {
 }
 
 TEST_F(MakeTool, FailuresSayWhyAndWriteNothing) {
-  ToolRun run = Tool("make " + In("p.prj") + " nosuch");
+  ToolRun run = ToolMerged("make " + In("p.prj") + " nosuch");
   EXPECT_EQ(run.status, 1);
   EXPECT_NE(run.out.find("no target 'nosuch'"), std::string::npos);
   std::ofstream(In("bad.prj"), std::ios::binary) << "[Head]\r\nInfo=Some Other File 1.00\r\n";
-  run = Tool("make " + In("bad.prj") + " con");
+  run = ToolMerged("make " + In("bad.prj") + " con");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out, "quill-tool: '" + In("bad.prj") + "'\n파일은 Quill 프로젝트 형식이 아닙니다.\n");
-  EXPECT_EQ(Tool("make " + In("none.prj") + " con").out,
+  EXPECT_EQ(ToolMerged("make " + In("none.prj") + " con").out,
             "quill-tool: '" + In("none.prj") + "' 파일이 열리지 않습니다.\n");
   std::filesystem::create_directories(In("con.exe/busy"));
-  run = Tool("make " + In("p.prj") + " con --run");
+  run = ToolMerged("make " + In("p.prj") + " con --run");
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out, "quill-tool: 먼저 'con.exe'을 종료하세요.\n");
   EXPECT_FALSE(std::filesystem::exists(In("con.mak")));
   EXPECT_FALSE(std::filesystem::exists(In("C.BAT")));
-  EXPECT_EQ(Tool("make " + In("p.prj")).status, 2);
-  EXPECT_EQ(Tool("make " + In("p.prj") + " con --clean").status, 2);
+  EXPECT_EQ(ToolMerged("make " + In("p.prj")).status, 2);
+  EXPECT_EQ(ToolMerged("make " + In("p.prj") + " con --clean").status, 2);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // quill-tool from the outside: its output, line ends and exit status.
 #include <gtest/gtest.h>
+
+#include "tests/support/tool_run.h"
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -8,25 +10,6 @@
 #include <string>
 
 namespace {
-
-struct ToolRun {
-  std::string out;
-  int status;
-};
-
-ToolRun Tool(const std::string& arguments) {
-  std::string command = std::string(QUILL_TOOL) + " " + arguments + " 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  ToolRun run{{}, -1};
-  if (!pipe) return run;
-  char buffer[256];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    run.out.append(buffer, n);
-  int raw = pclose(pipe);
-  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return run;
-}
 
 TEST(QuillTool, FormatsWithTheProgramsFormatter) {
   ToolRun run = Tool("format '%s: %,d bytes, %05d, %.02d%%, %ws' s:Size 1234567 -42 12300 w:한글");

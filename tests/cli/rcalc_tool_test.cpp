@@ -1,30 +1,13 @@
 // quill-tool rcalc from the outside.
 #include <gtest/gtest.h>
+
+#include "tests/support/tool_run.h"
 #include <sys/wait.h>
 
 #include <cstdio>
 #include <string>
 
 namespace {
-
-struct ToolRun {
-  std::string out;
-  int status;
-};
-
-ToolRun Tool(const std::string& arguments) {
-  std::string command = std::string(QUILL_TOOL) + " " + arguments + " 2>/dev/null";
-  FILE* pipe = popen(command.c_str(), "r");
-  ToolRun run{{}, -1};
-  if (!pipe) return run;
-  char buffer[256];
-  size_t n;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
-    run.out.append(buffer, n);
-  int raw = pclose(pipe);
-  run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  return run;
-}
 
 TEST(RcalcTool, ExpressionStyle) {
   ToolRun run = Tool("rcalc '0x0FF' '1/4'");

@@ -9,7 +9,7 @@
 
 #include "editor/search_request.h"
 #include "foundation/settings.h"
-#include "tests/support/klib_test.h"
+#include "tests/support/settings_file.h"
 
 namespace {
 
@@ -46,26 +46,13 @@ TEST(FindMatch, WholeWordsByTheFirstUnitsClass) {
   EXPECT_EQ(Find(u"ab abc", u"ab", true, true, 3, 5), -1);
 }
 
-class SearchSettings : public KLibTest {
+class SearchSettings : public SettingsFileTest {
  protected:
-  void SetUp() override {
-    KLibTest::SetUp();
-    path_ = testing::TempDir() + "quill_search_settings.ini";
-    for (char& c : path_) {
-      if (c == '\\') c = '/';
-    }
-    std::remove(path_.c_str());
-    ASSERT_TRUE(SetSettingsPath(path_.c_str()));
-  }
-  void TearDown() override {
-    std::remove(path_.c_str());
-    KLibTest::TearDown();
-  }
+  SearchSettings() : SettingsFileTest("quill_search_settings.ini") {}
   std::string Entry(int index) {
     char buffer[800];
     return ReadHistory(kFindHistory, index, buffer, sizeof buffer) ? buffer : "<none>";
   }
-  std::string path_;
 };
 
 TEST_F(SearchSettings, OptionsDefaultAndRoundTrip) {

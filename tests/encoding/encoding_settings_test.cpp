@@ -10,27 +10,13 @@
 #include "encoding/text_encoding.h"
 #include "encoding/word_case.h"
 #include "foundation/settings.h"
-#include "tests/support/klib_test.h"
+#include "tests/support/settings_file.h"
 
 namespace {
 
-class EncodingSettings : public KLibTest {
+class EncodingSettings : public SettingsFileTest {
  protected:
-  void SetUp() override {
-    KLibTest::SetUp();
-    path_ = testing::TempDir() + "quill_encoding_settings.ini";
-    for (char& c : path_) {
-      if (c == '\\') c = '/';
-    }
-    std::remove(path_.c_str());
-    ASSERT_TRUE(SetSettingsPath(path_.c_str()));
-  }
-  void TearDown() override {
-    std::remove(path_.c_str());
-    KLibTest::TearDown();
-  }
-  void Write(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
-  std::string path_;
+  EncodingSettings() : SettingsFileTest("quill_encoding_settings.ini") {}
 };
 
 TEST_F(EncodingSettings, DefaultsWithoutAFile) {
@@ -41,14 +27,14 @@ TEST_F(EncodingSettings, DefaultsWithoutAFile) {
 }
 
 TEST_F(EncodingSettings, ValuesAndOutOfRangeValues) {
-  Write("[Config]\r\nUnrecognzFileForm=1\r\nImportHanCode=4\r\nImportTabSize=4\r\n");
+  WriteSettings("[Config]\r\nUnrecognzFileForm=1\r\nImportHanCode=4\r\nImportTabSize=4\r\n");
   EXPECT_EQ(ReadUnrecognisedEncoding(), JOHAP);
   EXPECT_EQ(ReadImportChoice().encoding, UTF16);
   EXPECT_EQ(ReadImportChoice().tabSize, 4);
-  Write("[Config]\r\nUnrecognzFileForm=0\r\nImportHanCode=9\r\n");
+  WriteSettings("[Config]\r\nUnrecognzFileForm=0\r\nImportHanCode=9\r\n");
   EXPECT_EQ(ReadUnrecognisedEncoding(), EUCKR);
   EXPECT_EQ(ReadImportChoice().encoding, ENCODING_DETECT);
-  Write("[Config]\r\nUnrecognzFileForm=junk\r\n");
+  WriteSettings("[Config]\r\nUnrecognzFileForm=junk\r\n");
   EXPECT_EQ(ReadUnrecognisedEncoding(), EUCKR);
 }
 

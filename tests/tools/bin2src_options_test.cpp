@@ -9,26 +9,13 @@
 #include <string>
 
 #include "foundation/settings.h"
-#include "tests/support/klib_test.h"
+#include "tests/support/settings_file.h"
 
 namespace {
 
-class Bin2SrcOptionsTest : public KLibTest {
+class Bin2SrcOptionsTest : public SettingsFileTest {
  protected:
-  void SetUp() override {
-    KLibTest::SetUp();
-    path_ = testing::TempDir() + "quill_b2s_options.ini";
-    for (char& c : path_) {
-      if (c == '\\') c = '/';
-    }
-    std::remove(path_.c_str());
-    ASSERT_TRUE(SetSettingsPath(path_.c_str()));
-  }
-  void TearDown() override {
-    std::remove(path_.c_str());
-    KLibTest::TearDown();
-  }
-  std::string path_;
+  Bin2SrcOptionsTest() : SettingsFileTest("quill_b2s_options.ini") {}
 };
 
 TEST_F(Bin2SrcOptionsTest, MissingKeysGiveTheDefaults) {
