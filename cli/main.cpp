@@ -56,6 +56,12 @@ const ToolCommand kCommands[] = {
      "                                    the frame's rules: the command line's path, the\n"
      "                                    status texts, the menu state, where a command goes,\n"
      "                                    the kept document list, a bitmap font's cell"},
+    {"find", RunFindCommand,
+     "find [--case] [--word] [--replace TEXT [--all]] FILE PATTERN\n"
+     "                                    searches FILE from the top as the find dialog would\n"
+     "                                    and prints where the caret ends (Col, Ln); with\n"
+     "                                    --replace replaces the first match (--all: every one),\n"
+     "                                    saves FILE as the editor does and prints the count"},
 };
 
 int Usage() {

@@ -31,3 +31,4 @@ int RunDetectCommand(int argc, char** argv);
 int RunColourCommand(int argc, char** argv);
 int RunConvertCommand(int argc, char** argv);
 int RunFrameCommand(int argc, char** argv);
+int RunFindCommand(int argc, char** argv);
