@@ -45,6 +45,13 @@ class CommandTest : public EditorTest {
     commands_.includeFolders = [](void* c, EditorView*, char* list, int size) {
       return snprintf(list, static_cast<size_t>(size), "%s", Me(c)->includes.c_str());
     };
+    commands_.askOtherFormat = [](void* c, EditorView*, OtherFormatAnswer* answer) {
+      CommandTest* self = Me(c);
+      self->formatShown = *answer;
+      if (!self->formatOk) return false;
+      *answer = self->formatAnswer;
+      return true;
+    };
     commands_.pageLines = [](void* c, EditorView*) { return Me(c)->page; };
     previousCommands_ = SetCommandHost(&commands_);
     statusHost_ = *SetEditorHost(nullptr);
@@ -96,6 +103,9 @@ class CommandTest : public EditorTest {
   std::vector<std::string> lookedUp;
   std::string includes;
   int page = 10;
+  bool formatOk = false;
+  OtherFormatAnswer formatAnswer{};
+  OtherFormatAnswer formatShown{};
   std::vector<std::string> status;
 
  private:

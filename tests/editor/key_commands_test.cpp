@@ -277,6 +277,33 @@ TEST_F(KeyCommands, F1OpensTheFileUnderTheCaretElseLooksTheWordUp) {
   EXPECT_EQ(lookedUp, (Texts{"value", "missing"}));
 }
 
+TEST_F(KeyCommands, SavingInAnotherFormatWritesACopyAndLeavesTheDocument) {
+  ASSERT_TRUE(Load("int a;\n"));
+  document->modified = 1;
+  Run(kCmdSaveOtherFormat);  // cancelled
+  EXPECT_EQ(formatShown.encoding, 3);
+  EXPECT_EQ(formatShown.lfOnly, 1);
+  EXPECT_EQ(std::string(formatShown.path), In("file.cpp"));
+  formatOk = true;
+  formatAnswer = {4, 0, 0, 1, {}};
+  snprintf(formatAnswer.path, sizeof formatAnswer.path, "%s", In("copy.txt").c_str());
+  Run(kCmdSaveOtherFormat);
+  EXPECT_EQ(ReadBytes(In("copy.txt")), std::string("\xFF\xFEi\0n\0t\0 \0a\0;\0\r\0\n\0", 18));
+  EXPECT_EQ(std::string(document->path), In("file.cpp"));
+  EXPECT_EQ(document->encoding, 3);
+  EXPECT_EQ(document->hasBom, 0);
+  EXPECT_EQ(document->modified, 1);
+  // An existing file is overwritten only on Yes.
+  formatAnswer.encoding = 3;
+  answers = {kIdNo};
+  Run(kCmdSaveOtherFormat);
+  EXPECT_EQ(messages.back(), "'" + In("copy.txt") + "' 파일이 이미 있습니다.\n\n덮어 쓸까요?");
+  EXPECT_EQ(ReadBytes(In("copy.txt")).size(), 18u);
+  answers = {kIdYes};
+  Run(kCmdSaveOtherFormat);
+  EXPECT_EQ(ReadBytes(In("copy.txt")), "\xEF\xBB\xBFint a;\r\n");
+}
+
 TEST_F(KeyCommands, CtrlHomeAndEndWithAndWithoutShift) {
   SetText({"ab", "cde"});
   Caret(1, 0);
