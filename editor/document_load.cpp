@@ -152,12 +152,23 @@ void FinishLoad(EditorView* view) {
   EditorRepaintAll(view);
 }
 
+// Makes room for every line of the data at once: growing the table line by line would copy it
+// over and over, which a file of a million lines cannot afford.
+template <typename Unit>
+void ReserveLines(EditDocument* document, const Unit* data, long long count) {
+  long long longest = 0;
+  long long lines = 0;
+  SplitLines(data, count, false, &longest, [&](long long, long long) { ++lines; });
+  if (lines > 0 && lines < 0x7FFFFFFF - document->lineCapacity) GrowLineTable(document, static_cast<int>(lines));
+}
+
 void SplitInto(EditDocument* document, const char* data, long long size) {
   long long longest = 0;
   switch (document->encoding) {
     case UTF16: {
       const auto* units = reinterpret_cast<const char16_t*>(data);
       long long count = size / 2;
+      ReserveLines(document, units, count);
       document->lfOnly = FirstLineEndIsBare(units, count);
       SplitLines(units, count, false, &longest, [&](long long start, long long length) {
         AppendUtf16Line(document, units + start, static_cast<int>(length));
@@ -165,6 +176,7 @@ void SplitInto(EditDocument* document, const char* data, long long size) {
       break;
     }
     default: {
+      ReserveLines(document, data, size);
       document->lfOnly = FirstLineEndIsBare(data, size);
       int (*append)(EditDocument*, const char*, int) = document->encoding == JOHAP ? AppendJohabLine
                                                        : document->encoding == UTF8 ? AppendUtf8Line
