@@ -50,6 +50,10 @@ const ToolCommand kCommands[] = {
      "make PROJECT TARGET [--rebuild | --run]\n"
      "                                    writes TARGET's makefile and C.BAT as Build (Rebuild,\n"
      "                                    Build and Run) would, without starting C.BAT"},
+    {"lookup", RunLookupCommand,
+     "lookup [-I DIR]... [-D NAME[=VALUE]]... [--project PRJ] SOURCE WORD\n"
+     "                                    what the parser window shows for WORD at a caret in\n"
+     "                                    SOURCE: the preprocessor's messages, then the definition"},
     {"frame", RunFrameCommand,
      "frame cmdline LINE | status COL LN [--modified] | menu MODE QUICK PROJECT |\n"
      "      command ID | session INI | font FILE\n"

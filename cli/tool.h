@@ -32,3 +32,4 @@ int RunColourCommand(int argc, char** argv);
 int RunConvertCommand(int argc, char** argv);
 int RunFrameCommand(int argc, char** argv);
 int RunFindCommand(int argc, char** argv);
+int RunLookupCommand(int argc, char** argv);

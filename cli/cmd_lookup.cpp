@@ -1,0 +1,146 @@
+// quill-tool lookup: the text the show-definition command puts into the parser window for a word
+// at a caret in a source file: the preprocessor's messages, then what the word stands for.
+#include <cstdio>
+#include <cstring>
+
+#ifdef _WIN32
+#include <direct.h>
+#else
+#include <unistd.h>
+#endif
+
+#include "cli/tool.h"
+#include "csource/csource_owners.h"
+#include "csource/parse_source.h"
+#include "csource/preprocessor.h"
+#include "csource/show_definition.h"
+#include "csource/text_buffer.h"
+#include "foundation/fileutil.h"
+#include "foundation/formatter.h"
+#include "foundation/host.h"
+#include "foundation/unicode.h"
+#include "project/project.h"
+#include "project/project_file.h"
+#include "project/project_host.h"
+
+namespace {
+
+constexpr int kMaxDefines = 256;
+
+int PrintMessage(void*, const char* text, unsigned flags) {
+  fprintf(stderr, "quill-tool: %s\n", text);
+  unsigned buttons = flags & 0xF;
+  return buttons == kMbOk ? kIdOk : buttons == kMbYesNo ? kIdNo : kIdCancel;
+}
+bool NoEditors(void*) {
+  return false;
+}
+void NothingToSave(void*) {}
+bool DoNotStart(void*, const char*, int) {
+  return true;
+}
+void NoFileList(void*) {}
+
+// `path` made absolute with '/' separators, as the editor names its files.
+bool AbsolutePath(const char* path, char* target, int size) {
+  bool absolute = path[0] == '/' || path[0] == '\\' || (path[0] && path[1] == ':');
+  char current[kProjectPathSize] = "";
+  if (!absolute) {
+#ifdef _WIN32
+    wchar_t wide[kProjectPathSize];
+    if (!_wgetcwd(wide, kProjectPathSize)) return false;
+    int length = Utf16ToUtf8(reinterpret_cast<const char16_t*>(wide), -1, current,
+                             kProjectPathSize - 1);
+    current[length > 0 ? length : 0] = '\0';
+#else
+    if (!getcwd(current, sizeof current)) return false;
+#endif
+  }
+  const char* separator =
+      absolute || (current[0] && current[strlen(current) - 1] == '/') ? "" : "/";
+  if (FormatStr(target, size, "%s%s%s", current, separator, path) > size) return false;
+  for (char* p = target; *p; ++p) {
+    if (*p == '\\') *p = '/';
+  }
+  return true;
+}
+
+}  // namespace
+
+int RunLookupCommand(int argc, char** argv) {
+  char includes[kIncludePathsSize] = "";
+  const char* defines[kMaxDefines];
+  int defineCount = 0;
+  const char* projectPath = nullptr;
+  const char* names[2] = {};
+  int count = 0;
+  for (int i = 0; i < argc; ++i) {
+    const char* arg = argv[i];
+    if (strcmp(arg, "-I") == 0 || strcmp(arg, "-D") == 0 || strcmp(arg, "--project") == 0) {
+      if (i + 1 >= argc) return kExitUsage;
+      const char* value = argv[++i];
+      if (arg[1] == 'I') {
+        size_t used = strlen(includes);
+        if (used + strlen(value) + 2 > sizeof includes) {
+          fprintf(stderr, "quill-tool: lookup: too many include folders\n");
+          return kExitFailed;
+        }
+        if (used) includes[used++] = ';';
+        strcpy(includes + used, value);
+      } else if (arg[1] == 'D') {
+        if (defineCount == kMaxDefines || !*value || *value == '=') return kExitUsage;
+        defines[defineCount++] = value;
+      } else {
+        projectPath = value;
+      }
+    } else if (arg[0] == '-' && arg[1]) {
+      return kExitUsage;
+    } else {
+      if (count == 2) return kExitUsage;
+      names[count++] = arg;
+    }
+  }
+  if (count != 2) return kExitUsage;
+
+  char source[kProjectPathSize];
+  if (!AbsolutePath(names[0], source, sizeof source)) {
+    fprintf(stderr, "quill-tool: lookup: %s: path too long\n", names[0]);
+    return kExitFailed;
+  }
+  if (!IsPlainFile(source)) {
+    fprintf(stderr, "quill-tool: lookup: %s: no such file\n", names[0]);
+    return kExitFailed;
+  }
+
+  UiHost ui{PrintMessage, nullptr};
+  const UiHost* previousUi = SetUiHost(&ui);
+  ProjectHost host{nullptr, NoEditors, NothingToSave, DoNotStart, NoFileList};
+  const ProjectHost* previousHost = SetProjectHost(&host);
+  int status = kExitFailed;
+  Project project{};
+  bool ready = true;
+  if (projectPath) {
+    char path[kProjectPathSize];
+    ready = AbsolutePath(projectPath, path, sizeof path) && LoadProject(&project, path);
+    if (!ready) fprintf(stderr, "quill-tool: lookup: %s: not a project\n", projectPath);
+  }
+  if (ready) {
+    ParseOptions options = {projectPath ? &project : nullptr, includes, defines, defineCount};
+    DefinitionCache cache;
+    InitDefinitionCache(&cache);
+    TextBuffer result;
+    InitText(&result, kOwnerResultText);
+    if (ShowDefinition(&cache, source, names[1], &result, &options)) {
+      fwrite(TextOf(&result), 1, result.length, stdout);
+      status = kExitOk;
+    } else {
+      fprintf(stderr, "quill-tool: lookup: out of memory\n");
+    }
+    FreeText(&result);
+    FreeDefinitionCache(&cache);
+  }
+  FreeProjectTargets(&project);
+  SetProjectHost(previousHost);
+  SetUiHost(previousUi);
+  return status;
+}
