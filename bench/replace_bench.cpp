@@ -74,7 +74,8 @@ int main() {
   {
     // 50 MB up to the last whole line: the editor refuses files from 52,480,000 bytes.
     std::string source;
-    while (source.size() < kSourceBytes) source += headers;
+    while (source.size() < kSourceBytes)
+      source += headers;
     source.resize(source.rfind('\n', kSourceBytes) + 1);
     std::ofstream(path, std::ios::binary) << source;
   }
@@ -112,15 +113,18 @@ int main() {
     if (system(command.c_str()) != 0) fprintf(stderr, "grep failed\n");
     if (Seconds(start) < grep) grep = Seconds(start);
   }
-  printf("replace all %d places of This in %d lines (50 MB): Quill %.3f s   grep -c %.3f s   ratio %.2f (target 20)\n",
-         places, document->lineCount, replace, grep, replace / grep);
+  printf(
+      "replace all %d places of This in %d lines (50 MB): Quill %.3f s   grep -c %.3f s   ratio "
+      "%.2f (target 20)\n",
+      places, document->lineCount, replace, grep, replace / grep);
   printf("undo of that replace-all: %.3f s\n", undo);
 
   SearchRequest many = Request(u"_", u"__", false);
   int manyPlaces = ReplaceAll(&view, &many);
   auto start = std::chrono::steady_clock::now();
   Undo(&view);
-  printf("undo of a replace-all of %d places: %.3f s (target well under 1 s)\n", manyPlaces, Seconds(start));
+  printf("undo of a replace-all of %d places: %.3f s (target well under 1 s)\n", manyPlaces,
+         Seconds(start));
 
   FreeDocument(document);
   remove(path.c_str());

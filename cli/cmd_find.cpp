@@ -25,11 +25,16 @@ struct FindOptions {
 bool ParseOptions(int argc, char** argv, FindOptions* options) {
   int i = 0;
   for (; i < argc && strncmp(argv[i], "--", 2) == 0; ++i) {
-    if (strcmp(argv[i], "--case") == 0) options->caseSensitive = true;
-    else if (strcmp(argv[i], "--word") == 0) options->wholeWord = true;
-    else if (strcmp(argv[i], "--all") == 0) options->all = true;
-    else if (strcmp(argv[i], "--replace") == 0 && i + 1 < argc) options->replacement = argv[++i];
-    else return false;
+    if (strcmp(argv[i], "--case") == 0)
+      options->caseSensitive = true;
+    else if (strcmp(argv[i], "--word") == 0)
+      options->wholeWord = true;
+    else if (strcmp(argv[i], "--all") == 0)
+      options->all = true;
+    else if (strcmp(argv[i], "--replace") == 0 && i + 1 < argc)
+      options->replacement = argv[++i];
+    else
+      return false;
   }
   if (argc - i != 2 || (options->all && !options->replacement)) return false;
   options->file = argv[i];

@@ -38,8 +38,10 @@ void WalkCode(const EditDocument* document, Visit visit) {
       if (unit == u'"' || unit == u'\'') {
         ++at;
         while (at < length) {
-          if (text[at] == u'\\') at += 2;
-          else if (text[at++] == unit) break;
+          if (text[at] == u'\\')
+            at += 2;
+          else if (text[at++] == unit)
+            break;
         }
         continue;
       }
@@ -55,7 +57,8 @@ bool Before(int lineA, int indexA, int lineB, int indexB) {
 
 }  // namespace
 
-bool FindBracePartner(const EditDocument* document, int line, int index, int* partnerLine, int* partnerIndex) {
+bool FindBracePartner(const EditDocument* document, int line, int index, int* partnerLine,
+                      int* partnerIndex) {
   const LineRecord* record = DocumentLine(document, line);
   if (index < 0 || index >= LineLength(record)) return false;
   char16_t bracket = record->text[index];
@@ -93,8 +96,10 @@ bool FindBracePartner(const EditDocument* document, int line, int index, int* pa
       }
       return true;
     }
-    if (unit == open) ++depth;
-    else if (unit == close && depth > 0) --depth;
+    if (unit == open)
+      ++depth;
+    else if (unit == close && depth > 0)
+      --depth;
     return true;
   });
   if (!inCode || opening) return found;

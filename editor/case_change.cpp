@@ -23,7 +23,8 @@ struct CharacterRun {
 };
 CharacterRun g_characterRun = {};
 
-UndoRecord* PushFreshRecord(EditorView* view, int kind, int column, int line, const char16_t* units, int count) {
+UndoRecord* PushFreshRecord(EditorView* view, int kind, int column, int line, const char16_t* units,
+                            int count) {
   EditorView unselected = *view;
   unselected.selEndColumn = unselected.selStartColumn;
   unselected.selEndLine = unselected.selStartLine;
@@ -40,7 +41,8 @@ bool ChangeWordCase(EditorView* view, bool upper) {
   int line = view->caretLine;
   int length = end - start;
   // "old\0new\0" for the record; the new text is made in its place there.
-  auto* texts = static_cast<char16_t*>(AllocMem(static_cast<size_t>(2 * length + 2) * sizeof(char16_t), kOwnerLineScratch));
+  auto* texts = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(2 * length + 2) * sizeof(char16_t), kOwnerLineScratch));
   if (!texts) return false;
   const LineRecord* record = document->lines[line];
   memcpy(texts, record->text + start, static_cast<size_t>(length) * sizeof(char16_t));
@@ -48,11 +50,14 @@ bool ChangeWordCase(EditorView* view, bool upper) {
   char16_t* changed = texts + length + 1;
   memcpy(changed, texts, static_cast<size_t>(length) * sizeof(char16_t));
   changed[length] = 0;
-  if (upper) UpperCaseWord(changed, length);
-  else LowerCaseWord(changed, length);
+  if (upper)
+    UpperCaseWord(changed, length);
+  else
+    LowerCaseWord(changed, length);
   bool done = ReplaceUnits(document, line, start, length, changed, length);
   if (done) {
-    PushFreshRecord(view, kUndoReplace, ColumnOfIndex(document->lines[line], start), line, texts, 2 * length + 2);
+    PushFreshRecord(view, kUndoReplace, ColumnOfIndex(document->lines[line], start), line, texts,
+                    2 * length + 2);
     document->modified = 1;
     EditorRepaintLine(view, line);
   }
@@ -70,8 +75,10 @@ void ChangeCharacterCase(EditorView* view) {
   if (index < LineLength(record) && ColumnOfIndex(record, index) == view->caretColumn) {
     char16_t old = record->text[index];
     char16_t flipped = old;
-    if (old >= u'A' && old <= u'Z') flipped = static_cast<char16_t>(old + 32);
-    else if (old >= u'a' && old <= u'z') flipped = static_cast<char16_t>(old - 32);
+    if (old >= u'A' && old <= u'Z')
+      flipped = static_cast<char16_t>(old + 32);
+    else if (old >= u'a' && old <= u'z')
+      flipped = static_cast<char16_t>(old - 32);
     step = UnitColumns(old);
     if (flipped != old) {
       ReplaceUnits(document, line, index, 1, &flipped, 1);
@@ -80,12 +87,12 @@ void ChangeCharacterCase(EditorView* view) {
     }
     char16_t texts[4] = {old, 0, flipped, 0};
     const CharacterRun& run = g_characterRun;
-    if (run.document == document && run.record && run.record == UndoHead(document) && run.record->positionCount == 0 &&
-        run.column == view->caretColumn &&
-        run.line == line) {
+    if (run.document == document && run.record && run.record == UndoHead(document) &&
+        run.record->positionCount == 0 && run.column == view->caretColumn && run.line == line) {
       PushUndo(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
     } else {
-      g_characterRun.record = PushFreshRecord(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
+      g_characterRun.record =
+          PushFreshRecord(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
       g_characterRun.document = document;
     }
   }

@@ -45,7 +45,8 @@ void CommandIncludeFolders(EditorView* view, char* list, int size) {
 bool CommandLastAnalysedFile(char* path, int size) {
   if (size <= 0) return false;
   path[0] = '\0';
-  if (!g_host->lastAnalysedFile || !g_host->lastAnalysedFile(g_host->context, path, size)) return false;
+  if (!g_host->lastAnalysedFile || !g_host->lastAnalysedFile(g_host->context, path, size))
+    return false;
   path[size - 1] = '\0';
   return path[0] != '\0';
 }

@@ -20,7 +20,8 @@ constexpr int kMessageNoSelection = 87;
 
 int TextLength(const char16_t* text) {
   int length = 0;
-  while (length < kSearchTextUnits && text[length]) ++length;
+  while (length < kSearchTextUnits && text[length])
+    ++length;
   return length;
 }
 
@@ -37,7 +38,8 @@ void NotFound(const SearchRequest* request) {
 
 // Starts a record of its own even when the newest one could take the change in: a record whose
 // texts differ must never collect this place too.
-UndoRecord* PushFreshRecord(EditorView* view, int kind, int column, int line, const char16_t* units, int count) {
+UndoRecord* PushFreshRecord(EditorView* view, int kind, int column, int line, const char16_t* units,
+                            int count) {
   EditorView unselected = *view;
   unselected.selEndColumn = unselected.selStartColumn;
   unselected.selEndLine = unselected.selStartLine;
@@ -62,12 +64,14 @@ bool ReplaceAt(ReplaceRun* run, int line, int index, int length) {
   char16_t texts[2 * kSearchTextUnits + 2];
   memcpy(texts, found, static_cast<size_t>(length) * sizeof(char16_t));
   texts[length] = 0;
-  memcpy(texts + length + 1, run->replacement, static_cast<size_t>(run->replacementLength) * sizeof(char16_t));
+  memcpy(texts + length + 1, run->replacement,
+         static_cast<size_t>(run->replacementLength) * sizeof(char16_t));
   texts[length + 1 + run->replacementLength] = 0;
   int column = ColumnOfIndex(record, index);
   bool sameRun = run->record && run->record == UndoHead(document) && run->matchedLength == length &&
                  memcmp(run->matched, found, static_cast<size_t>(length) * sizeof(char16_t)) == 0;
-  if (!ReplaceUnits(document, line, index, length, run->replacement, run->replacementLength)) return false;
+  if (!ReplaceUnits(document, line, index, length, run->replacement, run->replacementLength))
+    return false;
   int count = length + run->replacementLength + 2;
   if (sameRun) {
     PushUndo(run->view, kUndoReplace, column, line, texts, count);
@@ -104,7 +108,8 @@ void ProposeFindText(const EditorView* view, SearchRequest* request) {
   int start = 0;
   int end = 0;
   if (WordAtCaret(view, &start, &end)) {
-    SetSearchText(request->findText, DocumentLine(document, view->caretLine)->text + start, end - start);
+    SetSearchText(request->findText, DocumentLine(document, view->caretLine)->text + start,
+                  end - start);
   }
 }
 
@@ -119,7 +124,8 @@ bool FindNext(EditorView* view, SearchRequest* request, bool fromF3) {
   for (; line < document->lineCount; ++line, index = 0) {
     const LineRecord* record = document->lines[line];
     if (!record) continue;
-    int at = MatchInLine(record->text, record->length, index, record->length, request->findText, patternLength, rules);
+    int at = MatchInLine(record->text, record->length, index, record->length, request->findText,
+                         patternLength, rules);
     if (at < 0) continue;
     int startColumn = ColumnOfIndex(record, at);
     int endColumn = ColumnOfIndex(record, at + patternLength);
@@ -160,7 +166,8 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
     line = s.startLine;
     index = UnitIndexAtColumn(DocumentLine(document, line), s.startColumn);
     if (s.endLine < lastLine) lastLine = s.endLine;
-    if (s.endLine == lastLine) endIndex = UnitIndexAtColumn(DocumentLine(document, lastLine), s.endColumn);
+    if (s.endLine == lastLine)
+      endIndex = UnitIndexAtColumn(DocumentLine(document, lastLine), s.endColumn);
   } else if (request->origin == 1) {
     line = index = 0;
   }
@@ -177,7 +184,9 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
       const LineRecord* record = document->lines[line];
       int length = LineLength(record);
       int limit = line == lastLine && endIndex >= 0 && endIndex < length ? endIndex : length;
-      int at = record ? MatchInLine(record->text, length, index, limit, request->findText, patternLength, rules) : -1;
+      int at = record ? MatchInLine(record->text, length, index, limit, request->findText,
+                                    patternLength, rules)
+                      : -1;
       if (at < 0) break;
       if (!ReplaceAt(&run, line, at, patternLength)) {
         index = at + patternLength;  // a line that cannot grow keeps this match

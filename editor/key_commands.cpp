@@ -108,8 +108,10 @@ bool RunCommand(EditorView* view, int id) {
       CutSelection(view);
       return true;
     case kCmdCopy:
-      if (PrefixIs(kPrefixCtrlO)) SetBlockMode(view, 1);
-      else CopySelection(view);
+      if (PrefixIs(kPrefixCtrlO))
+        SetBlockMode(view, 1);
+      else
+        CopySelection(view);
       return true;
     case kCmdPaste:
       Paste(view);
@@ -163,7 +165,8 @@ bool SaveInOtherFormat(EditorView* view) {
   answer.hasBom = document->hasBom;
   FormatStr(answer.path, sizeof answer.path, "%s", document->path);
   if (!CommandAskOtherFormat(view, &answer)) return false;
-  if (answer.encoding < 1 || answer.encoding > 4 || answer.tabSize < 0 || answer.tabSize > 255 || !answer.path[0])
+  if (answer.encoding < 1 || answer.encoding > 4 || answer.tabSize < 0 || answer.tabSize > 255 ||
+      !answer.path[0])
     return false;
   if (FileGetAttributes(answer.path) != kNoAttributes &&
       HostMessageId(kMessageOverwrite, kMbYesNo | kMbIconQuestion, answer.path) != kIdYes)
@@ -192,15 +195,19 @@ bool RunEditorCommand(EditorView* view, int id) {
   if (!view || !view->document) return false;
   switch (id) {
     case kCmdPrefixO:
-      if (PrefixIs(kPrefixCtrlO)) ChangeCharacterCase(view);
-      else SetPendingPrefix(kPrefixCtrlO);
+      if (PrefixIs(kPrefixCtrlO))
+        ChangeCharacterCase(view);
+      else
+        SetPendingPrefix(kPrefixCtrlO);
       return true;
     case kCmdPrefixQ:
       SetPendingPrefix(kPrefixCtrlQ);
       return true;
     case kCmdPrefixK:
-      if (PrefixIs(kPrefixCtrlO)) SetBlockMode(view, 0);
-      else SetPendingPrefix(kPrefixCtrlK);
+      if (PrefixIs(kPrefixCtrlO))
+        SetBlockMode(view, 0);
+      else
+        SetPendingPrefix(kPrefixCtrlK);
       return true;
     default:
       break;

@@ -11,7 +11,8 @@
 namespace {
 
 int TrimmedLength(const char16_t* units, int length) {
-  while (length > 0 && units[length - 1] == u' ') --length;
+  while (length > 0 && units[length - 1] == u' ')
+    --length;
   return length;
 }
 
@@ -20,7 +21,8 @@ bool EndsWithBackslash(const LineRecord* line) {
   return length > 0 && line->text[length - 1] == u'\\';
 }
 
-UndoRecord* PushFresh(EditorView* view, int kind, TextPosition from, TextPosition to, const char16_t* units, int count) {
+UndoRecord* PushFresh(EditorView* view, int kind, TextPosition from, TextPosition to,
+                      const char16_t* units, int count) {
   EditorView unselected = *view;
   unselected.selEndColumn = unselected.selStartColumn;
   unselected.selEndLine = unselected.selStartLine;
@@ -48,10 +50,12 @@ bool ToggleContinuation(EditorView* view) {
 
   // The block's text before and after, lines joined by unit 13 as undo records hold them.
   int64_t oldCount = 0;
-  for (int line = first; line <= last; ++line) oldCount += LineLength(document->lines[line]) + 1;
+  for (int line = first; line <= last; ++line)
+    oldCount += LineLength(document->lines[line]) + 1;
   int64_t capacity = oldCount + 2 * (last - first + 1);
   if (capacity > 0x3FFFFFFF) return false;
-  auto* before = static_cast<char16_t*>(AllocMem(static_cast<size_t>(2 * capacity) * sizeof(char16_t), kOwnerLineScratch));
+  auto* before = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(2 * capacity) * sizeof(char16_t), kOwnerLineScratch));
   if (!before) return false;
   char16_t* after = before + capacity;
   int beforeLength = 0;
@@ -64,16 +68,19 @@ bool ToggleContinuation(EditorView* view) {
       before[beforeLength++] = 13;
       after[afterLength++] = 13;
     }
-    if (length) memcpy(before + beforeLength, record->text, static_cast<size_t>(length) * sizeof(char16_t));
+    if (length)
+      memcpy(before + beforeLength, record->text, static_cast<size_t>(length) * sizeof(char16_t));
     beforeLength += length;
     int lineStart = afterLength;
     int kept = record ? TrimmedLength(record->text, length) : 0;
     if (remove) {
       if (kept > 0 && record->text[kept - 1] == u'\\') kept = TrimmedLength(record->text, kept - 1);
-      if (kept) memcpy(after + afterLength, record->text, static_cast<size_t>(kept) * sizeof(char16_t));
+      if (kept)
+        memcpy(after + afterLength, record->text, static_cast<size_t>(kept) * sizeof(char16_t));
       afterLength += kept;
     } else {
-      if (kept) memcpy(after + afterLength, record->text, static_cast<size_t>(kept) * sizeof(char16_t));
+      if (kept)
+        memcpy(after + afterLength, record->text, static_cast<size_t>(kept) * sizeof(char16_t));
       afterLength += kept;
       if (kept) after[afterLength++] = u' ';
       after[afterLength++] = u'\\';
@@ -86,7 +93,8 @@ bool ToggleContinuation(EditorView* view) {
   TextPosition end;
   DeleteStream(document, from, oldEnd);
   bool done = InsertStream(document, from, after, afterLength, &end);
-  if (!done) InsertStream(document, from, before, beforeLength, &end);  // a line too long: as it was
+  if (!done)
+    InsertStream(document, from, before, beforeLength, &end);  // a line too long: as it was
   if (done) {
     PushFresh(view, kUndoDelete, from, oldEnd, before, beforeLength);
     PushFresh(view, kUndoInsert, from, newEnd, after, afterLength);

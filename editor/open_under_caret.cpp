@@ -66,11 +66,14 @@ bool FileNameAt(const LineRecord* line, int index, char* name, int size, int* li
   int length = LineLength(line);
   if (index > length) index = length;
   int open = index - 1;
-  while (open >= 0 && line->text[open] != u'"' && line->text[open] != u'<' && line->text[open] != u'[') --open;
+  while (open >= 0 && line->text[open] != u'"' && line->text[open] != u'<' &&
+         line->text[open] != u'[')
+    --open;
   if (open < 0) return false;
   char16_t closing = ClosingOf(line->text[open]);
   int close = index > open ? index : open + 1;
-  while (close < length && line->text[close] != closing) ++close;
+  while (close < length && line->text[close] != closing)
+    ++close;
   if (close >= length) return false;
   const char16_t* text = line->text + open + 1;
   int count = close - open - 1;
@@ -80,7 +83,8 @@ bool FileNameAt(const LineRecord* line, int index, char* name, int size, int* li
   if (mark >= 0) {
     int number = 0;
     int digits = 0;
-    for (int i = mark + 2; i < count && text[i] >= u'0' && text[i] <= u'9' && digits < 9; ++i, ++digits)
+    for (int i = mark + 2; i < count && text[i] >= u'0' && text[i] <= u'9' && digits < 9;
+         ++i, ++digits)
       number = number * 10 + (text[i] - u'0');
     if (digits > 0) {
       *lineNumber = number;
@@ -105,15 +109,18 @@ bool ResolveFileName(EditorView* view, const char* name, char* path, int size) {
   const EditDocument* document = view->document;
   char base[kPathSize];
   base[0] = '\0';
-  if (strcmp(FileNamePart(document->path), kParserWindowTitle) == 0) CommandLastAnalysedFile(base, sizeof base);
-  else FormatStr(base, sizeof base, "%s", document->path);
+  if (strcmp(FileNamePart(document->path), kParserWindowTitle) == 0)
+    CommandLastAnalysedFile(base, sizeof base);
+  else
+    FormatStr(base, sizeof base, "%s", document->path);
   if (base[0] && TryIn(base, FolderLength(base), name, path, size)) return true;
   static char folders[kIncludeListSize];
   CommandIncludeFolders(view, folders, sizeof folders);
   for (const char* at = folders; *at;) {
     const char* end = strchr(at, ';');
     int length = end ? static_cast<int>(end - at) : static_cast<int>(strlen(at));
-    while (length > 0 && at[0] == ' ') ++at, --length;
+    while (length > 0 && at[0] == ' ')
+      ++at, --length;
     if (length > 0 && TryIn(at, length, name, path, size)) return true;
     if (!end) break;
     at = end + 1;
@@ -129,7 +136,8 @@ bool OpenFileUnderCaret(EditorView* view) {
   char name[kNameUnits * 3 + 1];
   char path[kPathSize];
   int lineNumber = 0;
-  if (FileNameAt(line, index, name, sizeof name, &lineNumber) && ResolveFileName(view, name, path, sizeof path)) {
+  if (FileNameAt(line, index, name, sizeof name, &lineNumber) &&
+      ResolveFileName(view, name, path, sizeof path)) {
     if (lineNumber > 0) {
       // The new window restores its caret from the file's own section.
       char section[16];
@@ -142,6 +150,7 @@ bool OpenFileUnderCaret(EditorView* view) {
   }
   int start = 0;
   int end = 0;
-  if (WordAtCaret(view, &start, &end)) CommandLookUpDeclaration(view, line->text + start, end - start);
+  if (WordAtCaret(view, &start, &end))
+    CommandLookUpDeclaration(view, line->text + start, end - start);
   return false;
 }

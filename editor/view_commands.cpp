@@ -79,7 +79,8 @@ bool JumpToBookmark(EditorView* view, int number) {
   const BookmarkPosition mark = view->document->bookmarks[number - 1];
   if (mark.index < 0) return false;
   const LineRecord* line = DocumentLine(view->document, mark.line);
-  int column = ColumnOfIndex(line, mark.index) + (mark.index > LineLength(line) ? mark.index - LineLength(line) : 0);
+  int column = ColumnOfIndex(line, mark.index) +
+               (mark.index > LineLength(line) ? mark.index - LineLength(line) : 0);
   JumpCaret(view, column, mark.line);
   return true;
 }

@@ -21,14 +21,16 @@ WordClass ClassOf(char16_t unit) {
 
 bool RunAround(const LineRecord* line, int index, bool (*member)(char16_t), int* start, int* end) {
   int length = LineLength(line);
-  int at = index < length && member(line->text[index]) ? index
+  int at = index < length && member(line->text[index])                     ? index
            : index > 0 && index <= length && member(line->text[index - 1]) ? index - 1
-                                                                          : -1;
+                                                                           : -1;
   if (at < 0) return false;
   int from = at;
   int to = at + 1;
-  while (from > 0 && member(line->text[from - 1])) --from;
-  while (to < length && member(line->text[to])) ++to;
+  while (from > 0 && member(line->text[from - 1]))
+    --from;
+  while (to < length && member(line->text[to]))
+    ++to;
   *start = from;
   *end = to;
   return true;
@@ -50,7 +52,8 @@ int CaretIndex(const EditDocument* document, TextPosition at) {
 
 bool WordAt(const LineRecord* line, int index, int* start, int* end) {
   *start = *end = index;
-  return RunAround(line, index, IsIdentifierChar, start, end) || RunAround(line, index, IsWordChar, start, end);
+  return RunAround(line, index, IsIdentifierChar, start, end) ||
+         RunAround(line, index, IsWordChar, start, end);
 }
 
 bool WordAtCaret(const EditorView* view, int* start, int* end) {
@@ -66,17 +69,20 @@ TextPosition PreviousWordStart(const EditDocument* document, TextPosition from) 
   int line = from.line;
   int index = CaretIndex(document, from);
   const LineRecord* record = DocumentLine(document, line);
-  while (index > 0 && IsBlank(record->text[index - 1])) --index;
+  while (index > 0 && IsBlank(record->text[index - 1]))
+    --index;
   if (index == 0) {
     // From the leading blanks to column 0 first; from column 0 into the line above.
     if (from.column > 0 || line == 0) return {0, line};
     record = DocumentLine(document, --line);
     index = LineLength(record);
-    while (index > 0 && IsBlank(record->text[index - 1])) --index;
+    while (index > 0 && IsBlank(record->text[index - 1]))
+      --index;
     if (index == 0) return {0, line};
   }
   WordClass kind = ClassOf(record->text[index - 1]);
-  while (index > 0 && ClassOf(record->text[index - 1]) == kind) --index;
+  while (index > 0 && ClassOf(record->text[index - 1]) == kind)
+    --index;
   return {ColumnOfIndex(record, index), line};
 }
 
@@ -90,15 +96,18 @@ TextPosition NextWordStart(const EditDocument* document, TextPosition from) {
   if (index < length) {
     // Over the rest of this word and the blanks behind it; the end of the line is a stop too.
     WordClass kind = ClassOf(record->text[index]);
-    while (index < length && ClassOf(record->text[index]) == kind) ++index;
-    while (index < length && IsBlank(record->text[index])) ++index;
+    while (index < length && ClassOf(record->text[index]) == kind)
+      ++index;
+    while (index < length && IsBlank(record->text[index]))
+      ++index;
     return {ColumnOfIndex(record, index), from.line};
   }
   if (from.line == last) return from;
   record = DocumentLine(document, from.line + 1);
   length = LineLength(record);
   index = 0;
-  while (index < length && IsBlank(record->text[index])) ++index;
+  while (index < length && IsBlank(record->text[index]))
+    ++index;
   return {ColumnOfIndex(record, index), from.line + 1};
 }
 
@@ -127,7 +136,8 @@ void DeletePreviousWord(EditorView* view) {
     return;
   }
   int count = CollectRange(document, from, to, 0, false, false, nullptr);
-  auto* text = static_cast<char16_t*>(AllocMem(static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch));
+  auto* text = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch));
   if (text) {
     CollectRange(document, from, to, 0, false, false, text);
     // As Backspace records: the mark where the caret stood, then the units it walked over.
@@ -138,6 +148,8 @@ void DeletePreviousWord(EditorView* view) {
   DeleteStream(document, from, to);
   document->modified = 1;
   PlaceCaret(view, from);
-  if (from.line != to.line) EditorRepaintAll(view);
-  else EditorRepaintLine(view, from.line);
+  if (from.line != to.line)
+    EditorRepaintAll(view);
+  else
+    EditorRepaintLine(view, from.line);
 }

@@ -21,13 +21,15 @@ class FindTool : public ::testing::Test {
   }
   // stdout of `quill-tool find OPTIONS FILE PATTERN`; stderr is dropped.
   std::string Run(const std::string& options, const std::string& pattern) {
-    std::string command = std::string(QUILL_TOOL) + " find " + options + " '" + path_ + "' '" + pattern + "' 2>/dev/null";
+    std::string command = std::string(QUILL_TOOL) + " find " + options + " '" + path_ + "' '" +
+                          pattern + "' 2>/dev/null";
     std::string out;
     FILE* pipe = popen(command.c_str(), "r");
     if (!pipe) return "<no pipe>";
     char buffer[256];
     size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+      out.append(buffer, n);
     int raw = pclose(pipe);
     status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     return out;

@@ -24,8 +24,10 @@ class CommandTest : public EditorTest {
       self->dialogs.push_back(request->mode);
       self->proposals.push_back(Utf8(request->findText));
       if (!self->dialogAnswer) return false;
-      SetSearchText(request->findText, self->findAnswer.data(), static_cast<int>(self->findAnswer.size()));
-      SetSearchText(request->replaceText, self->replaceAnswer.data(), static_cast<int>(self->replaceAnswer.size()));
+      SetSearchText(request->findText, self->findAnswer.data(),
+                    static_cast<int>(self->findAnswer.size()));
+      SetSearchText(request->replaceText, self->replaceAnswer.data(),
+                    static_cast<int>(self->replaceAnswer.size()));
       request->replaceAll = self->replaceAllAnswer;
       return true;
     };
@@ -65,7 +67,9 @@ class CommandTest : public EditorTest {
     PendingPrefix = kPrefixNone;
     EditorTest::TearDown();
   }
-  static CommandTest* Me(void* context) { return static_cast<CommandTest*>(static_cast<EditorTest*>(context)); }
+  static CommandTest* Me(void* context) {
+    return static_cast<CommandTest*>(static_cast<EditorTest*>(context));
+  }
 
   void Caret(int column, int line) {
     view.caretColumn = column;
@@ -83,11 +87,13 @@ class CommandTest : public EditorTest {
   }
   int UndoCount() const {
     int n = 0;
-    for (UndoRecord* r = document->undoList; r; r = r->next) ++n;
+    for (UndoRecord* r = document->undoList; r; r = r->next)
+      ++n;
     return n;
   }
   void UndoAll() {
-    while (document->undoList) Undo(&view);
+    while (document->undoList)
+      Undo(&view);
   }
 
   static constexpr int kCancel = -12345;

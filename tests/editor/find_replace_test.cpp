@@ -12,7 +12,8 @@ using Texts = std::vector<std::string>;
 
 class FindReplace : public CommandTest {
  protected:
-  SearchRequest Request(const std::u16string& find, bool caseSensitive = true, bool wholeWord = false) {
+  SearchRequest Request(const std::u16string& find, bool caseSensitive = true,
+                        bool wholeWord = false) {
     SearchRequest request = {};
     request.direction = 1;
     request.caseSensitive = caseSensitive;
@@ -20,7 +21,8 @@ class FindReplace : public CommandTest {
     SetSearchText(request.findText, find.data(), static_cast<int>(find.size()));
     return request;
   }
-  SearchRequest Replace(const std::u16string& find, const std::u16string& by, bool all, bool caseSensitive = true) {
+  SearchRequest Replace(const std::u16string& find, const std::u16string& by, bool all,
+                        bool caseSensitive = true) {
     SearchRequest request = Request(find, caseSensitive);
     request.mode = 1;
     request.replaceAll = all;

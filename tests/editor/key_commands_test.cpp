@@ -1,8 +1,8 @@
 // The key command map on a document and view: the prefixes and their second keys, the case
 // commands with their undo records, word moves, bookmarks, go to line, brace matching, the
 // continuation backslashes, F1 and the other editor commands.
-#include "editor/brace_match.h"
 #include "editor/key_commands.h"
+#include "editor/brace_match.h"
 #include "editor/word_moves.h"
 #include "tests/editor/command_fixture.h"
 
@@ -221,14 +221,17 @@ TEST_F(KeyCommands, ContinuationBackslashesComeAndGoWithOneUndoEach) {
   SetText({"#define M(x) \\", "  do {   ", "", "  } while (0)", "int y;"});
   Select(0, 1, 0, 4);  // ends in column 0 of line 4: that line stays out
   Run(kCmdContinuation);
-  EXPECT_EQ(Lines(document), (Texts{"#define M(x) \\", "  do { \\", "\\", "  } while (0) \\", "int y;"}));
+  EXPECT_EQ(Lines(document),
+            (Texts{"#define M(x) \\", "  do { \\", "\\", "  } while (0) \\", "int y;"}));
   Run(kCmdContinuation);
   EXPECT_EQ(Lines(document), (Texts{"#define M(x) \\", "  do {", "", "  } while (0)", "int y;"}));
   Run(kCmdUndo);
   Run(kCmdUndo);
-  EXPECT_EQ(Lines(document), (Texts{"#define M(x) \\", "  do { \\", "\\", "  } while (0) \\", "int y;"}));
+  EXPECT_EQ(Lines(document),
+            (Texts{"#define M(x) \\", "  do { \\", "\\", "  } while (0) \\", "int y;"}));
   UndoAll();
-  EXPECT_EQ(Lines(document), (Texts{"#define M(x) \\", "  do {   ", "", "  } while (0)", "int y;"}));
+  EXPECT_EQ(Lines(document),
+            (Texts{"#define M(x) \\", "  do {   ", "", "  } while (0)", "int y;"}));
   EXPECT_EQ(document->modified, 0);
   Caret(0, 0);
   Run(kCmdContinuation);  // no selection: nothing
@@ -255,7 +258,8 @@ TEST_F(KeyCommands, F1OpensTheFileUnderTheCaretElseLooksTheWordUp) {
   WriteBytes(In("inc/sys/types.h"), "x\n");
   snprintf(document->path, sizeof document->path, "%s", In("main.c").c_str());
   includes = "/nonexistent;" + In("inc");
-  SetText({"#include \"local.h\"", "#include <sys\\types.h>", "[local.h #12] at", "call(value);", "<missing.h>"});
+  SetText({"#include \"local.h\"", "#include <sys\\types.h>", "[local.h #12] at", "call(value);",
+           "<missing.h>"});
   Caret(12, 0);
   Run(kCmdOpenUnderCaret);
   Caret(14, 1);
@@ -265,7 +269,8 @@ TEST_F(KeyCommands, F1OpensTheFileUnderTheCaretElseLooksTheWordUp) {
   Run(kCmdOpenUnderCaret);
   ASSERT_EQ(opened.size(), 3u);
   char section[16];
-  snprintf(section, sizeof section, "%08X", PathCrc32(In("local.h").c_str(), static_cast<int>(In("local.h").size())));
+  snprintf(section, sizeof section, "%08X",
+           PathCrc32(In("local.h").c_str(), static_cast<int>(In("local.h").size())));
   char cursor[64];
   ReadStr(section, "Cursor", cursor, sizeof cursor);
   EXPECT_STREQ(cursor, "0 11 0 11");

@@ -36,7 +36,8 @@ struct Rules {
 
 bool Same(const char16_t* text, const std::u16string& pattern, bool caseSensitive) {
   for (size_t i = 0; i < pattern.size(); ++i)
-    if (text[i] != pattern[i] && (caseSensitive || FoldCase(text[i]) != FoldCase(pattern[i]))) return false;
+    if (text[i] != pattern[i] && (caseSensitive || FoldCase(text[i]) != FoldCase(pattern[i])))
+      return false;
   return true;
 }
 
@@ -47,7 +48,8 @@ bool Touches(char16_t first, char16_t neighbour) {
 }
 
 // The matches of a line in order: a candidate (match or rejected) is consumed whole.
-std::vector<size_t> Matches(const std::u16string& line, const std::u16string& pattern, Rules rules) {
+std::vector<size_t> Matches(const std::u16string& line, const std::u16string& pattern,
+                            Rules rules) {
   std::vector<size_t> found;
   size_t m = pattern.size();
   for (size_t at = 0; at + m <= line.size();) {
@@ -55,8 +57,9 @@ std::vector<size_t> Matches(const std::u16string& line, const std::u16string& pa
       ++at;
       continue;
     }
-    bool rejected = rules.wholeWord && ((at > 0 && Touches(pattern[0], line[at - 1])) ||
-                                        (at + m < line.size() && Touches(pattern[0], line[at + m])));
+    bool rejected =
+        rules.wholeWord && ((at > 0 && Touches(pattern[0], line[at - 1])) ||
+                            (at + m < line.size() && Touches(pattern[0], line[at + m])));
     if (!rejected) found.push_back(at);
     at += m;
   }
@@ -74,7 +77,8 @@ std::vector<std::u16string> Snapshot(const EditDocument* document) {
 
 int Column(const std::u16string& line, size_t index) {
   int column = 0;
-  for (size_t i = 0; i < index; ++i) column += line[i] >= 256 ? 2 : 1;
+  for (size_t i = 0; i < index; ++i)
+    column += line[i] >= 256 ? 2 : 1;
   return column;
 }
 
@@ -95,19 +99,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   size_t at = 3;
   if (size < at + patternLength + replacementLength) return 0;
   std::u16string pattern, replacement;
-  for (size_t i = 0; i < patternLength; ++i) pattern += UnitOf(data[at++]);
-  for (size_t i = 0; i < replacementLength; ++i) replacement += UnitOf(data[at++]);
+  for (size_t i = 0; i < patternLength; ++i)
+    pattern += UnitOf(data[at++]);
+  for (size_t i = 0; i < replacementLength; ++i)
+    replacement += UnitOf(data[at++]);
   std::vector<std::u16string> lines(1);
   for (; at < size; ++at) {
-    if (data[at] == 0xFF) lines.emplace_back();
-    else lines.back() += UnitOf(data[at]);
+    if (data[at] == 0xFF)
+      lines.emplace_back();
+    else
+      lines.back() += UnitOf(data[at]);
   }
 
   EditDocument* document = NewDocument();
   if (!document) return 0;
   EditorView view = {};
   view.document = document;
-  for (const std::u16string& line : lines) AppendUtf16Line(document, line.data(), static_cast<int>(line.size()));
+  for (const std::u16string& line : lines)
+    AppendUtf16Line(document, line.data(), static_cast<int>(line.size()));
   std::vector<std::u16string> original = Snapshot(document);
 
   SearchRequest request = {};
@@ -125,8 +134,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       request.origin = 0;
       int start = Column(original[line], match);
       int end = Column(original[line], match + pattern.size());
-      if (view.caretLine != static_cast<int>(line) || view.selStartColumn != start || view.caretColumn != end ||
-          view.selEndColumn != end)
+      if (view.caretLine != static_cast<int>(line) || view.selStartColumn != start ||
+          view.caretColumn != end || view.selEndColumn != end)
         __builtin_trap();
     }
   }
@@ -153,9 +162,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (ReplaceAll(&view, &request) != count) __builtin_trap();
   if (Snapshot(document) != expected) __builtin_trap();
   if (count > 0) {
-    while (document->undoList) Undo(&view);
+    while (document->undoList)
+      Undo(&view);
     if (Snapshot(document) != original || document->modified) __builtin_trap();
-    while (document->redoList) Redo(&view);
+    while (document->redoList)
+      Redo(&view);
     if (Snapshot(document) != expected) __builtin_trap();
   }
   FreeDocument(document);
