@@ -166,6 +166,7 @@ bool FindDeclarator(const char* p, const char* end, Declarator* d, int depth) {
     } else if (c == '{') {
       const char* close = SkipGroup(p, end, '{', '}');
       p = close ? close : end;
+      tagNext = false;  // "struct { ... } NAME": the block took the tag's place
     } else if (c == ':') {
       break;  // a bit-field width
     } else {
