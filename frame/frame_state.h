@@ -2,14 +2,28 @@
 #pragma once
 #include <windows.h>
 
+#include "frame/status_text.h"
+
 struct FrameState {
   HINSTANCE instance;
   HWND frame;
   HWND mdiClient;
   HWND statusBar;
+  HWND projectWindow;  // the project MDI child, when a project is open
+  HWND helpWindow;
+  HMODULE richEdit;
+  bool startedWithFile;
+  char* settingsPath;  // internal form (owner 1006)
+  char commandPath[780];
+  HBITMAP buildBitmaps[3];  // commands 124, 125, 126
+  StatusMemory status;
+  int optionsStartPage;
 };
 
 extern FrameState g_frame;
 
 // Height of the status bar under the MDI client.
 constexpr int kStatusBarHeight = 21;
+
+// The active MDI child, or null.
+HWND ActiveChild();

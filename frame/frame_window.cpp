@@ -1,10 +1,24 @@
 #include "frame/frame_window.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
 
+#include <cstring>
+
+#include "editor/document.h"
 #include "foundation/diagnostics.h"
+#include "foundation/file_dialogs.h"
+#include "foundation/fileutil.h"
+#include "foundation/message_box.h"
 #include "foundation/translate.h"
+#include "frame/command_line.h"
+#include "frame/display_objects.h"
+#include "frame/editor_child.h"
+#include "frame/frame_commands.h"
 #include "frame/frame_state.h"
+#include "frame/menu_state.h"
+#include "frame/options_sheet.h"
+#include "frame/session_layout.h"
 #include "resources/resource.h"
 
 const wchar_t kFrameClassName[] = L"QuillMainWndClsName";
@@ -17,6 +31,8 @@ const wchar_t kTitle[] = L"Quill";
 constexpr int kFrameWidth = 1024;
 constexpr int kFrameHeight = 768;
 constexpr int kWindowMenuPosition = 3;  // "창(&W)"
+constexpr int kFirstBitmapPosition = 6;  // menu-bar items 6-8: build and run, build, rebuild
+constexpr UINT_PTR kLogoTimer = 1;
 
 // Parts end at 120, 200 and the client width; the fourth reaches the right edge.
 void SetStatusParts(int clientWidth) {
@@ -39,6 +55,24 @@ HWND CreateStatusBar(HWND frame) {
                          nullptr);
 }
 
+// The three build commands show their pictures on the menu bar, as items and as item bitmaps.
+void PutBuildBitmaps(HWND frame) {
+  static const int kBitmaps[3] = {IDB_BUILD_RUN, IDB_BUILD, IDB_REBUILD};
+  static const int kCommands[3] = {IDM_BUILD_RUN, IDM_BUILD, IDM_REBUILD};
+  HMENU bar = GetMenu(frame);
+  for (int i = 0; i < 3; ++i) {
+    // The pictures' corner colour becomes the window colour, so they sit on the bar.
+    g_frame.buildBitmaps[i] = static_cast<HBITMAP>(LoadImageW(
+        g_frame.instance, MAKEINTRESOURCEW(kBitmaps[i]), IMAGE_BITMAP, 0, 0, LR_LOADTRANSPARENT));
+    if (!g_frame.buildBitmaps[i]) continue;
+    ModifyMenuW(bar, static_cast<UINT>(kFirstBitmapPosition + i), MF_BYPOSITION | MF_BITMAP,
+                static_cast<UINT_PTR>(kCommands[i]),
+                reinterpret_cast<LPCWSTR>(g_frame.buildBitmaps[i]));
+    SetMenuItemBitmaps(bar, static_cast<UINT>(kCommands[i]), MF_BYCOMMAND,
+                       g_frame.buildBitmaps[i], g_frame.buildBitmaps[i]);
+  }
+}
+
 void OnCreate(HWND frame) {
   g_frame.frame = frame;
   g_frame.mdiClient = CreateMdiClient(frame);
@@ -48,8 +82,12 @@ void OnCreate(HWND frame) {
   GetClientRect(frame, &client);
   SetStatusParts(client.right);
   DragAcceptFiles(frame, TRUE);
+  ComputeCellSize(frame);
   TranslateMenu(GetMenu(frame));
-  DrawMenuBar(frame);
+  PutBuildBitmaps(frame);
+  UpdateMenuState(0, false);
+  if (!RestoreSession()) PostMessageW(frame, WM_CLOSE, 0, 0);
+  if (!g_frame.startedWithFile) SetTimer(frame, kLogoTimer, 200, nullptr);
 }
 
 void OnSize(int width, int height) {
@@ -59,10 +97,13 @@ void OnSize(int width, int height) {
   SetStatusParts(width);
 }
 
-HWND ActiveChild() {
-  return g_frame.mdiClient
-             ? reinterpret_cast<HWND>(SendMessageW(g_frame.mdiClient, WM_MDIGETACTIVE, 0, 0))
-             : nullptr;
+// Each editor is asked once to look at its file on disk; the flag waits for its answer.
+void OnActivate(WPARAM wParam) {
+  if (LOWORD(wParam) == WA_INACTIVE || !g_frame.mdiClient) return;
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (SetCheckPending(child)) PostMessageW(child, WM_COMMAND, kCmdActivated, 0);
+  }
 }
 
 // Asks a child whether it may close; a zero answer keeps it.
@@ -82,9 +123,66 @@ void CloseAllChildren() {
   }
 }
 
-bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
-  int id = LOWORD(wParam);
+void SaveAll() {
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    const EditDocument* document = EditorWindowDocument(child);
+    if (document && document->modified && !GetWindow(child, GW_OWNER))
+      SendMessageW(child, WM_COMMAND, IDM_SAVE, 0);
+  }
+}
+
+void StartSecondCopy() {
+  wchar_t path[MAX_PATH];
+  DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
+  if (!length || length >= MAX_PATH) return;
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESHOWWINDOW;
+  startup.wShowWindow = SW_SHOWNORMAL;
+  PROCESS_INFORMATION process = {};
+  if (CreateProcessW(path, nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                     &process)) {
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+  }
+}
+
+void OpenWithDialog(HWND frame) {
+  static const char kFilter[] = "Source Files\0*.c;*.cpp;*.h;*.hpp;*.txt\0All Files\0*.*\0";
+  char path[780] = "";
+  if (!AskOpenFileName(frame, path, sizeof path, nullptr, kFilter, nullptr, 0)) return;
+  OpenOrActivateDocument(path, nullptr, 0, 0);
+}
+
+// After a confirmed options sheet every editor is drawn with the new objects.
+void ApplyOptions(HWND frame) {
+  DeleteDisplayObjects();
+  CreateDisplayObjects();
+  ComputeCellSize(frame);
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!GetWindow(child, GW_OWNER)) InvalidateRect(child, nullptr, TRUE);
+  }
+}
+
+bool OnFrameCommand(HWND frame, int id) {
   switch (id) {
+    case IDM_NEW:
+      CreateEditorWindow(nullptr, nullptr, 0, 0, 0, 0, 0, 0, kShowDefault);
+      return true;
+    case IDM_SECOND_COPY:
+      StartSecondCopy();
+      return true;
+    case IDM_OPEN:
+      OpenWithDialog(frame);
+      return true;
+    case IDM_SAVE_ALL:
+      SaveAll();
+      return true;
+    case IDM_OPTIONS:
+      if (ShowOptionsSheet(frame)) ApplyOptions(frame);
+      return true;
     case IDM_EXIT:
       PostMessageW(frame, WM_CLOSE, 0, 0);
       return true;
@@ -93,6 +191,10 @@ bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
       return true;
     case IDM_CLOSE_ALL:
       CloseAllChildren();
+      return true;
+    case IDM_PRJ_CLOSE:
+      // Only a project has a list of its own to keep; none can be open in this build.
+      if (g_frame.projectWindow) CloseAllChildren();
       return true;
     case IDM_CASCADE:
       SendMessageW(g_frame.mdiClient, WM_MDICASCADE, 0, 0);
@@ -107,15 +209,67 @@ bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
       SendMessageW(g_frame.mdiClient, WM_MDIICONARRANGE, 0, 0);
       return true;
   }
-  if (id >= IDM_FIRST_CHILD) return false;  // the window list belongs to the default handling
-  if (HWND child = ActiveChild()) SendMessageW(child, WM_COMMAND, wParam, lParam);
+  return false;
+}
+
+bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
+  int id = LOWORD(wParam);
+  switch (FrameCommand(id)) {
+    case kCommandWindowList:
+      return false;  // the window list belongs to the default handling
+    case kCommandFrame:
+      return OnFrameCommand(frame, id);
+    case kCommandProjectWindow:
+      if (g_frame.projectWindow) SendMessageW(g_frame.projectWindow, WM_COMMAND, wParam, lParam);
+      return true;
+    case kCommandUnfinished:
+      ShowMessage(frame, kUnfinishedText, MB_OK | MB_ICONINFORMATION);
+      return true;
+    case kCommandSilent:
+      return true;
+    case kCommandForward:
+      if (HWND child = ActiveChild()) SendMessageW(child, WM_COMMAND, wParam, lParam);
+      return true;
+  }
   return true;
 }
 
+// The first dropped name decides: a project opens as the project, anything else opens each
+// name in turn.
+void OnDropFiles(HDROP drop) {
+  UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
+  POINT point;
+  DragQueryPoint(drop, &point);
+  for (UINT i = 0; i < count; ++i) {
+    wchar_t wide[MAX_PATH];
+    if (!DragQueryFileW(drop, i, wide, MAX_PATH)) continue;
+    char path[780];
+    if (!WideCharToMultiByte(CP_UTF8, 0, wide, -1, path, sizeof path, nullptr, nullptr)) continue;
+    for (char* p = path; *p; ++p) {
+      if (*p == '\\') *p = '/';
+    }
+    if (i == 0 && IsProjectPath(path)) {
+      ShowMessage(g_frame.frame, kUnfinishedText, MB_OK | MB_ICONINFORMATION);
+      break;
+    }
+    OpenOrActivateDocument(path, nullptr, 0, 0);
+  }
+  DragFinish(drop);
+}
+
 void OnClose(HWND frame) {
+  SaveSessionAtClose();
   SendMessageW(frame, WM_COMMAND, IDM_CLOSE_ALL, 0);
   if (GetWindow(g_frame.mdiClient, GW_CHILD)) return;  // a document refused to close
   DestroyWindow(frame);
+}
+
+void OnDestroy() {
+  for (HBITMAP& bitmap : g_frame.buildBitmaps) {
+    if (bitmap) DeleteObject(bitmap);
+    bitmap = nullptr;
+  }
+  PostQuitMessage(0);
 }
 
 LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -126,23 +280,83 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     case WM_SIZE:
       OnSize(LOWORD(lParam), HIWORD(lParam));
       return 0;
+    case WM_ACTIVATE:
+      OnActivate(wParam);
+      break;
+    case WM_TIMER:
+      if (wParam == kLogoTimer) {
+        KillTimer(frame, kLogoTimer);
+        PostMessageW(frame, WM_COMMAND, kCmdLogo, 0);
+        return 0;
+      }
+      break;
     case WM_COMMAND:
       if (OnCommand(frame, wParam, lParam)) return 0;
       break;
     case WM_DROPFILES:
-      DragFinish(reinterpret_cast<HDROP>(wParam));
+      OnDropFiles(reinterpret_cast<HDROP>(wParam));
       return 0;
     case WM_CLOSE:
       OnClose(frame);
       return 0;
     case WM_DESTROY:
-      PostQuitMessage(0);
+      OnDestroy();
       return 0;
   }
   return DefFrameProcW(frame, g_frame.mdiClient, message, wParam, lParam);
 }
 
 }  // namespace
+
+HWND ActiveChild() {
+  return g_frame.mdiClient
+             ? reinterpret_cast<HWND>(SendMessageW(g_frame.mdiClient, WM_MDIGETACTIVE, 0, 0))
+             : nullptr;
+}
+
+HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
+                            int importOption) {
+  (void)importCode;
+  (void)importOption;
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (EditorShowsPath(child, path)) {
+      SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child), 0);
+      SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(child), 0);
+      return child;
+    }
+  }
+  HWND active = ActiveChild();
+  if (IsEmptyNewDocument(active)) {
+    EditDocument* document = EditorWindowDocument(active);
+    strncpy(document->path, path, kPathSize - 1);
+    document->path[kPathSize - 1] = '\0';
+    // The conversion style travels in the second name field until the converter reads it.
+    if (style) {
+      strncpy(document->sourcePath, style, kPathSize - 1);
+      document->sourcePath[kPathSize - 1] = '\0';
+    }
+    document->untitled = 0;
+    SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(active), 0);
+    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
+    SendMessageW(active, WM_COMMAND, kCmdLoadFile, 0);
+    return active;
+  }
+  return CreateEditorWindow(path, nullptr, 0, 0, 0, 0, 0, 0, kShowDefault);
+}
+
+void UpdateMenuState(int mode, bool quick) {
+  MenuStatePlan plan;
+  PlanMenuState(mode, quick, g_frame.projectWindow != nullptr, &plan);
+  HMENU bar = GetMenu(g_frame.frame);
+  for (int i = 0; i < plan.count; ++i) {
+    const MenuItemState& item = plan.items[i];
+    UINT flags = (item.byPosition ? MF_BYPOSITION : MF_BYCOMMAND) |
+                 (item.enabled ? MF_ENABLED : MF_GRAYED);
+    EnableMenuItem(bar, static_cast<UINT>(item.id), flags);
+  }
+  if (plan.redrawBar) DrawMenuBar(g_frame.frame);
+}
 
 bool RegisterFrameClass(HINSTANCE instance) {
   WNDCLASSEXW cls = {};

@@ -10,7 +10,14 @@
 #include "foundation/language.h"
 #include "foundation/library.h"
 #include "foundation/modeless.h"
+#include "editor/colour_settings.h"
+#include "foundation/memory.h"
+#include "foundation/os_path.h"
 #include "foundation/settings.h"
+#include "frame/command_line.h"
+#include "frame/display_objects.h"
+#include "frame/editor_child.h"
+#include "frame/frame_owners.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
 #include "frame/window_host.h"
@@ -50,21 +57,66 @@ bool StartSockets() {
   return WSAStartup(MAKEWORD(2, 2), &data) == 0;
 }
 
+// Keeps the settings file's path in the internal form: the document list is written into it.
+char* CopySettingsPath() {
+  char module[780];
+  if (!OsGetModulePath(module, sizeof module)) return nullptr;
+  char* path = static_cast<char*>(AllocMem(sizeof module, kOwnerSettingsCopy));
+  if (path && !MakeProfilePath(module, "ini", path, sizeof module)) {
+    FreeMem(path);
+    path = nullptr;
+  }
+  return path;
+}
+
+// The one argument of the command line, and whether it is a document rather than a project.
+void ExamineCommandLine(const wchar_t* commandLine) {
+  g_frame.commandPath[0] = '\0';
+  g_frame.startedWithFile = false;
+  if (!commandLine) return;
+  int size = WideCharToMultiByte(CP_UTF8, 0, commandLine, -1, nullptr, 0, nullptr, nullptr);
+  if (size <= 0) return;
+  char* line = static_cast<char*>(AllocMem(static_cast<size_t>(size), kOwnerSessionScratch));
+  if (!line) return;
+  WideCharToMultiByte(CP_UTF8, 0, commandLine, -1, line, size, nullptr, nullptr);
+  g_frame.startedWithFile = ParseCommandLine(line, g_frame.commandPath);
+  FreeMem(line);
+}
+
+void Shutdown(bool sockets) {
+  if (g_frame.richEdit) FreeLibrary(g_frame.richEdit);
+  g_frame.richEdit = nullptr;
+  FreeMem(g_frame.settingsPath);
+  g_frame.settingsPath = nullptr;
+  DeleteDisplayObjects();
+  CloseKLib();
+  if (sockets) WSACleanup();
+}
+
 }  // namespace
 
 int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine, int show) {
   (void)previous;
-  (void)commandLine;
   int exitCode = 0;
+  // The crash report's exception filter is installed first, once it is part of the program.
   InitKLib(instance, instance);
   InstallWindowHost();
   InitCommonControls();
   bool sockets = StartSockets();
+  g_frame.settingsPath = CopySettingsPath();
   LoadConfiguredLanguage();
+  LoadColours();
+  CreateDisplayObjects();
+  ExamineCommandLine(commandLine);
+  // The version check and the logo window come here with the HTTP layer.
 
   if (!RegisterFrameClass(instance)) {
     ScreenNote("Failed To Register The Window Class.");
-  } else if (HWND frame = CreateFrameWindow(instance); !frame) {
+    Shutdown(sockets);
+    return 0;
+  }
+  RegisterEditorChildClass(instance);
+  if (HWND frame = CreateFrameWindow(instance); !frame) {
     ScreenNote("MDI Frame Window Creation Failed.");
   } else {
     ShowWindow(frame, show);
@@ -72,9 +124,7 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
     HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDR_QUILL));
     exitCode = RunMessageLoop(frame, accelerators);
   }
-
-  CloseKLib();
-  if (sockets) WSACleanup();
+  Shutdown(sockets);
   return exitCode;
 }
 

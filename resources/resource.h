@@ -2,17 +2,117 @@
 #pragma once
 
 #define IDR_QUILL 1  // icon, menu and accelerator table
+#define IDI_DOCUMENT 2  // the document windows' icon
+
+// The build commands' pictures on the menu bar.
+#define IDB_BUILD_RUN 2
+#define IDB_REBUILD 3
+#define IDB_BUILD 4
 
 // Child windows of the frame.
 #define IDC_MDI_CLIENT 77
 #define IDC_STATUS_BAR 78
 #define IDM_FIRST_CHILD 10000
 
-// Commands.
+// Commands of the menu and the accelerator table.
+#define IDM_LINE_CONT 22
+#define IDM_TOOL_KEYWORDS 23
+#define IDM_TOOL_ERRMSG 24
+#define IDM_TOOL_EQUATIONS 25
+#define IDM_LINE_SORT 26
+#define IDM_OPEN_STYLE 27
+#define IDM_TOOL_BIN2SRC 28
+#define IDM_TOOL_STRCODE 29
+#define IDM_SCROLL_UP 30
+#define IDM_SCROLL_DOWN 31
+#define IDM_SECOND_COPY 32
+#define IDM_SAVE_ALL 34
+#define IDM_DELETE_WORD_BACK 35
+#define IDM_IMPORT 37
+#define IDM_SAVE_OTHER 38
+#define IDM_TERMINAL 39
+#define IDM_PREFIX_O 40
+#define IDM_PREFIX_Q 41
+#define IDM_PREFIX_K 42
+#define IDM_HELP 43
+#define IDM_ABOUT 44
+#define IDM_PRJ_MODIFY_TARGET 45
+#define IDM_TOOL_CALC 46
+#define IDM_TOOL_RCALC 47
+#define IDM_WORD_LEFT 48
+#define IDM_WORD_RIGHT 49
+#define IDM_SET_BOOKMARK1 50  // ... 58
+#define IDM_GO_BOOKMARK1 60   // ... 68
+#define IDM_UNDO 70
+#define IDM_REDO 71
+#define IDM_SHIFT_LEFT 72
+#define IDM_SHIFT_RIGHT 73
+#define IDM_SELECT_ALL 74
+#define IDM_OPTIONS 75
+#define IDM_GOTO_LINE 76
+#define IDM_NEW 79
+#define IDM_OPEN 80
+#define IDM_SAVE 82
+#define IDM_SAVE_AS 83
+#define IDM_CLOSE_CHILD 84
+#define IDM_EXIT 85
 #define IDM_CASCADE 86
 #define IDM_TILE_VERTICAL 87
 #define IDM_TILE_HORIZONTAL 88
 #define IDM_ARRANGE_ICONS 89
-#define IDM_CLOSE_CHILD 84
-#define IDM_EXIT 85
 #define IDM_CLOSE_ALL 91
+#define IDM_TEXT_START 92
+#define IDM_TEXT_END 93
+#define IDM_SELECT_TO_START 94
+#define IDM_SELECT_TO_END 95
+#define IDM_OPEN_UNDER_CARET 99
+#define IDM_CUT 105
+#define IDM_COPY 106
+#define IDM_PASTE 107
+#define IDM_FIND 108
+#define IDM_FIND_NEXT 109
+#define IDM_REPLACE 110
+#define IDM_DATE_TIME 111
+#define IDM_BRACE_MATCH 113
+#define IDM_PRJ_NEW 114
+#define IDM_PRJ_OPEN 115
+#define IDM_PRJ_SAVE 116
+#define IDM_PRJ_SAVE_AS 117
+#define IDM_PRJ_COMPRESS 118
+#define IDM_PRJ_CLOSE 119
+#define IDM_PRJ_ADD_FILE 120
+#define IDM_PRJ_ADD_TARGET 121
+#define IDM_PRJ_REMOVE 122
+#define IDM_PRJ_OPEN_FILE 123
+#define IDM_BUILD_RUN 124
+#define IDM_BUILD 125
+#define IDM_REBUILD 126
+
+// The pages of the options sheet, numbered as their title strings.
+#define IDD_OPT_FONT 134
+#define IDD_OPT_COLOUR 135
+#define IDD_OPT_OTHER 136
+
+// Font page.
+#define IDC_ENG_FONT 100
+#define IDC_ENG_SIZE 101
+#define IDC_HAN_FONT 102
+#define IDC_HAN_SIZE 103
+#define IDC_HAN_OFFSET 104
+#define IDC_VERTICAL_FACES 105
+#define IDC_USE_SELF_FONT 106
+#define IDC_SELF_FONT 107
+#define IDC_ENG_SIZE_SPIN 111
+#define IDC_HAN_SIZE_SPIN 113
+#define IDC_HAN_OFFSET_SPIN 114
+
+// Colour page: a sample and a button per class.
+#define IDC_COLOUR_SAMPLE0 200  // ... 207
+#define IDC_COLOUR_BUTTON0 210  // ... 217
+#define IDC_COLOUR_LABEL0 220   // ... 227
+
+// Other page.
+#define IDC_WHEEL_LINES 300
+#define IDC_WHEEL_LINES_SPIN 301
+
+#define IDC_DIALOG_NAME 996

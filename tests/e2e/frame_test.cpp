@@ -1,5 +1,11 @@
 // The frame as a user meets it: it opens, shows its parts, and closes cleanly.
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <commctrl.h>
+#include <prsht.h>
+
+#include <iterator>
 
 #include "tests/e2e/quill_driver.h"
 
@@ -96,6 +102,333 @@ TEST(Frame, ClearsTheReadOnlyAttributeOfItsSettingsFile) {
   ASSERT_TRUE(quill.Start(exe));
   EXPECT_FALSE(GetFileAttributesW(ini.c_str()) & FILE_ATTRIBUTE_READONLY);
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace
+
+namespace {
+
+std::wstring FolderOf(const std::wstring& exe) {
+  return exe.substr(0, exe.find_last_of(L'\\') + 1);
+}
+
+std::string ReadAll(const std::wstring& path) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                            nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  std::string text(GetFileSize(file, nullptr), '\0');
+  DWORD read = 0;
+  ReadFile(file, text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
+  CloseHandle(file);
+  text.resize(read);
+  return text;
+}
+
+// What the settings file holds under a key, as the program reads it.
+std::string Setting(const std::wstring& ini, const wchar_t* section, const wchar_t* key) {
+  wchar_t value[1024];
+  GetPrivateProfileStringW(section, key, L"<none>", value, 1024, ini.c_str());
+  char bytes[3072];
+  WideCharToMultiByte(CP_UTF8, 0, value, -1, bytes, sizeof bytes, nullptr, nullptr);
+  return bytes;
+}
+
+// The MDI children of the running frame, top first.
+std::vector<HWND> Children(const QuillProcess& quill) {
+  std::vector<HWND> children;
+  for (HWND child = GetWindow(quill.Child(77), GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!GetWindow(child, GW_OWNER)) children.push_back(child);
+  }
+  return children;
+}
+
+// Waits for a top-level window of the process other than the frame with the given caption.
+HWND WaitForWindow(const QuillProcess& quill, const std::wstring& caption, DWORD timeoutMs = 5000) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(quill.Frame(), &process);
+  for (DWORD waited = 0; waited < timeoutMs; waited += 50) {
+    for (HWND window = GetTopWindow(nullptr); window; window = GetWindow(window, GW_HWNDNEXT)) {
+      DWORD owner = 0;
+      GetWindowThreadProcessId(window, &owner);
+      if (owner == process && window != quill.Frame() && IsWindowVisible(window) &&
+          WindowText(window) == caption)
+        return window;
+    }
+    Sleep(50);
+  }
+  return nullptr;
+}
+
+void Settle() {
+  Sleep(300);
+}
+
+// Every chord of the key map, as the table in Quill.exe holds it.
+TEST(Frame, AcceleratorTableHoldsEveryChord) {
+  HMODULE quill = LoadLibraryExW((ProgramFolder() + L"Quill.exe").c_str(), nullptr,
+                                 LOAD_LIBRARY_AS_DATAFILE);
+  ASSERT_NE(quill, nullptr);
+  HACCEL table = LoadAcceleratorsW(quill, MAKEINTRESOURCEW(1));
+  ASSERT_NE(table, nullptr);
+  std::vector<ACCEL> entries(CopyAcceleratorTableW(table, nullptr, 0));
+  CopyAcceleratorTableW(table, entries.data(), static_cast<int>(entries.size()));
+  auto has = [&](BYTE flags, WORD key, WORD command) {
+    for (const ACCEL& entry : entries) {
+      if ((entry.fVirt & ~FNOINVERT) == flags && entry.key == key && entry.cmd == command)
+        return true;
+    }
+    return false;
+  };
+  const BYTE v = FVIRTKEY, c = FVIRTKEY | FCONTROL, cs = FVIRTKEY | FCONTROL | FSHIFT;
+  struct Chord {
+    BYTE flags;
+    WORD key;
+    WORD command;
+  } chords[] = {
+      {FVIRTKEY | FSHIFT, VK_F4, 87}, {FVIRTKEY | FSHIFT, VK_F5, 86}, {c, 'N', 79}, {c, 'S', 82},
+      {c, VK_HOME, 92}, {c, VK_END, 93}, {cs, VK_HOME, 94}, {cs, VK_END, 95}, {c, VK_LEFT, 48},
+      {c, VK_RIGHT, 49}, {c, VK_UP, 30}, {c, VK_DOWN, 31}, {c, VK_BACK, 35}, {c, 'X', 105},
+      {c, 'C', 106}, {c, 'V', 107}, {c, 'A', 74}, {c, 'F', 108}, {v, VK_F1, 99}, {v, VK_F3, 109},
+      {v, VK_F5, 111}, {c, VK_F5, 124}, {v, VK_F7, 125}, {c, VK_F7, 46}, {c, 'H', 110},
+      {c, 'Z', 70}, {c, 'Y', 71}, {cs, 'U', 72}, {cs, 'I', 73}, {c, 'G', 76}, {c, 'O', 40},
+      {c, 'Q', 41}, {c, 'K', 42}, {FVIRTKEY | FSHIFT | FALT, 'Q', 47}, {FALT, '[', 113},
+      {FALT, ']', 113}, {cs, VK_OEM_5, 22},
+  };
+  for (const Chord& chord : chords)
+    EXPECT_TRUE(has(chord.flags, chord.key, chord.command))
+        << "flags " << int(chord.flags) << " key " << chord.key << " command " << chord.command;
+  for (int i = 0; i < 9; ++i) {
+    EXPECT_TRUE(has(cs, static_cast<WORD>('1' + i), static_cast<WORD>(50 + i)));
+    EXPECT_TRUE(has(c, static_cast<WORD>('1' + i), static_cast<WORD>(60 + i)));
+  }
+  EXPECT_EQ(entries.size(), std::size(chords) + 18);  // nothing beside the key map
+  DestroyAcceleratorTable(table);
+  FreeLibrary(quill);
+}
+
+// The menu bar as the other parts rely on it, its state with and without a document, the status
+// texts of a new document, and the message of a command whose subsystem is not built yet.
+TEST(Frame, MenusStatusBarAndUnfinishedCommands) {
+  // Menus live in their own process under Wine: the bar is read from the program's resources.
+  HMODULE module = LoadLibraryExW((ProgramFolder() + L"Quill.exe").c_str(), nullptr,
+                                  LOAD_LIBRARY_AS_DATAFILE);
+  ASSERT_NE(module, nullptr);
+  HMENU bar = LoadMenuW(module, MAKEINTRESOURCEW(1));
+  ASSERT_NE(bar, nullptr);
+  EXPECT_EQ(GetMenuItemCount(bar), 9);
+  wchar_t text[64];
+  GetMenuStringW(bar, 2, text, 64, MF_BYPOSITION);
+  EXPECT_STREQ(text, L"프로젝트(&P)");
+  GetMenuStringW(bar, 3, text, 64, MF_BYPOSITION);
+  EXPECT_STREQ(text, L"창(&W)");
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(GetMenuItemID(bar, 6 + i), static_cast<UINT>(124 + i));
+  GetMenuStringW(bar, 79, text, 64, MF_BYCOMMAND);
+  EXPECT_STREQ(text, L"새로 작성(&N)\t^N");
+  GetMenuStringW(bar, 86, text, 64, MF_BYCOMMAND);
+  EXPECT_STREQ(text, L"가로 배열(&C)\t~F5");
+  GetMenuStringW(bar, 34, text, 64, MF_BYCOMMAND);
+  EXPECT_STREQ(text, L"모든 창 저장(&L)");
+  DestroyMenu(bar);
+  FreeLibrary(module);
+
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(PrepareFreshCopy(L"menus")));
+  PostMessageW(quill.Frame(), WM_COMMAND, 79, 0);
+  Settle();
+  std::vector<HWND> children = Children(quill);
+  ASSERT_EQ(children.size(), 1u);
+  EXPECT_EQ(WindowText(children[0]), L"NoName01.cpp");
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 1");
+  EXPECT_EQ(quill.StatusText(1), L"");
+
+  PostMessageW(quill.Frame(), WM_COMMAND, 46, 0);
+  HWND box = WaitForWindow(quill, L"Quill");
+  ASSERT_NE(box, nullptr);
+  EXPECT_NE(box, quill.Frame());
+  SaveScreenshot(ScreenshotFolder() + L"unfinished.bmp");
+  wchar_t message[128] = L"";
+  EnumChildWindows(
+      box,
+      [](HWND child, LPARAM found) -> BOOL {
+        wchar_t text[128];
+        GetWindowTextW(child, text, 128);
+        if (wcsstr(text, L"finished")) wcscpy(reinterpret_cast<wchar_t*>(found), text);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(message));
+  EXPECT_STREQ(message, L"I have not finished it yet.");
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  Settle();
+
+  // Command 84 closes the active document.
+  PostMessageW(quill.Frame(), WM_COMMAND, 84, 0);
+  Settle();
+  EXPECT_TRUE(Children(quill).empty());
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+TEST(Frame, OptionsSheetWritesTheFontSettings) {
+  std::wstring exe = PrepareFreshCopy(L"options");
+  std::wstring ini = FolderOf(exe) + L"QUILL.INI";
+  WriteText(ini, "[Config]\r\nEngFontSize=20\r\nHanFontOfsY=3\r\nWheelScrollLines=4\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  PostMessageW(quill.Frame(), WM_COMMAND, 75, 0);
+  HWND sheet = WaitForWindow(quill, L"옵션 설정");
+  ASSERT_NE(sheet, nullptr);
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"options.bmp");
+  HWND tabs = FindWindowExW(sheet, nullptr, L"SysTabControl32", nullptr);
+  ASSERT_NE(tabs, nullptr);
+  EXPECT_EQ(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0), 3);
+  EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 0);
+  // The font page shows the stored values.
+  HWND page = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
+  ASSERT_NE(page, nullptr);
+  EXPECT_EQ(GetDlgItemInt(page, 101, nullptr, FALSE), 20u);
+  BOOL ok = FALSE;
+  EXPECT_EQ(static_cast<int>(GetDlgItemInt(page, 104, &ok, TRUE)), 3);
+  // Through the colour page to the third and confirm: the last becomes the next start page.
+  SendMessageW(sheet, PSM_SETCURSEL, 1, 0);
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"options-colours.bmp");
+  SendMessageW(sheet, PSM_SETCURSEL, 2, 0);
+  Settle();
+  SendMessageW(sheet, WM_COMMAND, IDOK, 0);
+  Settle();
+  EXPECT_EQ(Setting(ini, L"Config", L"EngFontSize"), "20");
+  EXPECT_EQ(Setting(ini, L"Config", L"HanFontOfsY"), "3");
+  EXPECT_EQ(Setting(ini, L"Config", L"UseSelfFontFg"), "0");
+  EXPECT_EQ(Setting(ini, L"Config", L"EngFontName"), "Courier New");
+  EXPECT_EQ(Setting(ini, L"Config", L"WheelScrollLines"), "4");
+  EXPECT_NE(Setting(ini, L"Color", L"BkGround"), "<none>");
+
+  PostMessageW(quill.Frame(), WM_COMMAND, 75, 0);
+  sheet = WaitForWindow(quill, L"옵션 설정");
+  ASSERT_NE(sheet, nullptr);
+  tabs = FindWindowExW(sheet, nullptr, L"SysTabControl32", nullptr);
+  EXPECT_EQ(SendMessageW(tabs, TCM_GETCURSEL, 0, 0), 2);
+  SendMessageW(sheet, WM_COMMAND, IDCANCEL, 0);
+  Settle();
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+// The desk comes back: three documents, one maximised, in their places; an untitled document
+// leaves no entry; the frame's place is kept.
+TEST(Frame, SessionIsRestoredAfterARestart) {
+  std::wstring exe = PrepareFreshCopy(L"session");
+  std::wstring folder = FolderOf(exe);
+  std::string base;
+  {
+    char bytes[MAX_PATH * 3];
+    WideCharToMultiByte(CP_UTF8, 0, folder.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr);
+    base = bytes;
+    for (char& c : base) {
+      if (c == '\\') c = '/';
+    }
+  }
+  WriteText(folder + L"one.c", "int one;\r\n");
+  WriteText(folder + L"two words.txt", "second file\r\n");
+  WriteText(folder + L"three.h", "#define THREE 3\r\n");
+  std::wstring ini = folder + L"QUILL.INI";
+  WriteText(ini, "[DlgPos]\r\nFrameWnd=30 20 900 700\r\n[DocList]\r\n"
+                 "0=\"" + base + "two words.txt\" 40 30 320 220 3\r\n"
+                 "1=\"" + base + "one.c\" 0 0 300 200 1\r\n"
+                 "2=\"" + base + "three.h\" 80 60 340 240 1\r\n3=\r\nProject=\r\n");
+  {
+    QuillProcess quill;
+    ASSERT_TRUE(quill.Start(exe));
+    Settle();
+    RECT frame;
+    GetWindowRect(quill.Frame(), &frame);
+    EXPECT_EQ(frame.left, 30);
+    EXPECT_EQ(frame.top, 20);
+    EXPECT_EQ(frame.right - frame.left, 900);
+    std::vector<HWND> children = Children(quill);
+    ASSERT_EQ(children.size(), 3u);
+    // The maximised one is opened first and ends maximised and on top.
+    EXPECT_TRUE(IsZoomed(children[0]));
+    EXPECT_NE(WindowText(children[0]).find(L"two words.txt"), std::wstring::npos);
+    HWND zoomed = children[0];
+    PostMessageW(quill.Frame(), WM_COMMAND, 79, 0);  // an untitled one beside them
+    Settle();
+    // A new window may take the maximised state away; the user maximises the file again.
+    SendMessageW(quill.Child(77), WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(zoomed), 0);
+    Settle();
+    SaveScreenshot(ScreenshotFolder() + L"session-before.bmp");
+    EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  }
+  std::string frameAfter = Setting(ini, L"DlgPos", L"FrameWnd");
+  EXPECT_EQ(frameAfter, "30 20 900 700");
+  // Every document is there once, the maximised one with state 3 and its normal rectangle; the
+  // untitled one takes no index, so the list ends after three.
+  std::string list;
+  for (int i = 0; i < 4; ++i)
+    list += Setting(ini, L"DocList", std::to_wstring(i).c_str()) + "\n";
+  EXPECT_NE(list.find("\"" + base + "one.c\" "), std::string::npos) << list;
+  EXPECT_NE(list.find("\"" + base + "three.h\" 80 60 340 240 1\n"), std::string::npos) << list;
+  EXPECT_NE(list.find("two words.txt\" 40 30 320 220 3\n"), std::string::npos) << list;
+  EXPECT_EQ(list.find("NoName"), std::string::npos) << list;
+  EXPECT_EQ(Setting(ini, L"DocList", L"3"), "");
+
+  QuillProcess again;
+  ASSERT_TRUE(again.Start(exe));
+  Settle();
+  std::vector<HWND> children = Children(again);
+  ASSERT_EQ(children.size(), 3u);
+  int maximised = 0;
+  for (HWND child : children) maximised += IsZoomed(child) ? 1 : 0;
+  EXPECT_EQ(maximised, 1);
+  SaveScreenshot(ScreenshotFolder() + L"session-restored.bmp");
+  EXPECT_EQ(again.CloseAndWait(10000), 0);
+}
+
+// A document on the command line opens alone, uses "CLFrameWnd", and leaves the list alone.
+TEST(Frame, CommandLineDocumentKeepsTheListAsItWas) {
+  std::wstring exe = PrepareFreshCopy(L"command-line");
+  std::wstring folder = FolderOf(exe);
+  WriteText(folder + L"given.txt", "from the command line\r\n");
+  std::wstring ini = folder + L"QUILL.INI";
+  std::string before = "[DlgPos]\r\nFrameWnd=10 10 800 600\r\n[DocList]\r\n0=\"c:/x.c\" 0 0 1 1 1\r\n1=\r\n";
+  WriteText(ini, before);
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"given.txt\""));
+  Settle();
+  std::vector<HWND> children = Children(quill);
+  ASSERT_EQ(children.size(), 1u);
+  EXPECT_NE(WindowText(children[0]).find(L"given.txt"), std::wstring::npos);
+  // It was given the client's size (the client may then show scroll bars of its own).
+  RECT client, child;
+  GetClientRect(quill.Frame(), &client);
+  GetWindowRect(children[0], &child);
+  EXPECT_EQ(child.right - child.left, client.right);
+  EXPECT_EQ(child.bottom - child.top, client.bottom - 21);
+  SaveScreenshot(ScreenshotFolder() + L"command-line.bmp");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  EXPECT_EQ(Setting(ini, L"DocList", L"0"), "\"c:/x.c\" 0 0 1 1 1");
+  EXPECT_EQ(Setting(ini, L"DlgPos", L"FrameWnd"), "10 10 800 600");
+  EXPECT_NE(Setting(ini, L"DlgPos", L"CLFrameWnd"), "<none>");
+}
+
+// A document named on the command line that cannot be opened is reported while the frame is
+// being made, and the start-up ends there.
+TEST(Frame, MissingCommandLineDocumentEndsTheStart) {
+  std::wstring exe = PrepareFreshCopy(L"command-line-missing");
+  QuillProcess quill;
+  EXPECT_FALSE(quill.Start(exe, L"nowhere\\missing.txt", 3000));  // no frame is ever shown
+  HWND box = nullptr;
+  for (int i = 0; i < 100 && !box; ++i, Sleep(50)) {
+    for (HWND window = FindWindowW(L"#32770", L"Quill"); window && !box;
+         window = FindWindowExW(nullptr, window, L"#32770", L"Quill")) {
+      if (IsWindowVisible(window)) box = window;
+    }
+  }
+  ASSERT_NE(box, nullptr);
+  SaveScreenshot(ScreenshotFolder() + L"command-line-missing.bmp");
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  for (int i = 0; i < 100 && quill.Running(); ++i) Sleep(50);
+  EXPECT_FALSE(quill.Running());
 }
 
 }  // namespace

@@ -1,0 +1,6 @@
+// The options property sheet: fonts, colours and other editor options.
+#pragma once
+#include <windows.h>
+
+// Shows the sheet over `frame`, opening on the page used last; true when the user confirmed it.
+bool ShowOptionsSheet(HWND frame);
