@@ -16,6 +16,10 @@ class CSourceTest : public KLibTest {
     KLibTest::SetUp();
     folder_ = testing::TempDir() + "quill_csrc_" +
               testing::UnitTest::GetInstance()->current_test_info()->name();
+    // The program's own paths use '/' on Windows too.
+    for (char& c : folder_) {
+      if (c == '\\') c = '/';
+    }
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
   }
