@@ -16,6 +16,11 @@ namespace {
 
 constexpr int kFaceSize = 32;
 
+int CALLBACK TakeCharset(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM found) {
+  *reinterpret_cast<BYTE*>(found) = font->lfCharSet;
+  return 0;
+}
+
 // A face's own character set, so that a Hangul face gets Hangul glyphs under any code page.
 BYTE FaceCharset(const wchar_t* face) {
   HDC dc = GetDC(nullptr);
@@ -23,13 +28,7 @@ BYTE FaceCharset(const wchar_t* face) {
   probe.lfCharSet = DEFAULT_CHARSET;
   wcsncpy(probe.lfFaceName, face, LF_FACESIZE - 1);
   BYTE charset = DEFAULT_CHARSET;
-  EnumFontFamiliesExW(
-      dc, &probe,
-      [](const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM found) -> int {
-        *reinterpret_cast<BYTE*>(found) = font->lfCharSet;
-        return 0;
-      },
-      reinterpret_cast<LPARAM>(&charset), 0);
+  EnumFontFamiliesExW(dc, &probe, TakeCharset, reinterpret_cast<LPARAM>(&charset), 0);
   ReleaseDC(nullptr, dc);
   return charset;
 }

@@ -234,12 +234,23 @@ bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
   return true;
 }
 
-// The first dropped name decides: a project opens as the project, anything else opens each
-// name in turn.
+// Whether a point of the frame's client area lies on the project window.
+bool OnProjectWindow(POINT point) {
+  if (!g_frame.projectWindow) return false;
+  ClientToScreen(g_frame.frame, &point);
+  RECT rect;
+  GetWindowRect(g_frame.projectWindow, &rect);
+  return PtInRect(&rect, point) != 0;
+}
+
+// The first dropped name decides: a project opens as the project; names dropped on the project
+// window are added to it (command 33 with the name in the internal form); anything else opens
+// each name in turn.
 void OnDropFiles(HDROP drop) {
   UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
   POINT point;
   DragQueryPoint(drop, &point);
+  bool toProject = OnProjectWindow(point);
   for (UINT i = 0; i < count; ++i) {
     wchar_t wide[MAX_PATH];
     if (!DragQueryFileW(drop, i, wide, MAX_PATH)) continue;
@@ -252,7 +263,12 @@ void OnDropFiles(HDROP drop) {
       ShowMessage(g_frame.frame, kUnfinishedText, MB_OK | MB_ICONINFORMATION);
       break;
     }
-    OpenOrActivateDocument(path, nullptr, 0, 0);
+    if (toProject) {
+      SendMessageW(g_frame.projectWindow, WM_COMMAND, kCmdAddFileToProject,
+                   reinterpret_cast<LPARAM>(path));
+    } else {
+      OpenOrActivateDocument(path, nullptr, 0, 0);
+    }
   }
   DragFinish(drop);
 }

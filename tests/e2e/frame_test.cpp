@@ -431,4 +431,57 @@ TEST(Frame, MissingCommandLineDocumentEndsTheStart) {
   EXPECT_FALSE(quill.Running());
 }
 
+// File > Open through its dialog: a file that is open already is only activated, and an empty
+// new document is reused for the next file.
+bool OpenThroughDialog(const QuillProcess& quill, const std::wstring& path) {
+  PostMessageW(quill.Frame(), WM_COMMAND, 80, 0);
+  HWND dialog = nullptr;
+  for (int i = 0; i < 100 && !dialog; ++i, Sleep(50)) {
+    DWORD process = 0, owner = 0;
+    GetWindowThreadProcessId(quill.Frame(), &process);
+    for (HWND window = FindWindowW(L"#32770", nullptr); window && !dialog;
+         window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
+      GetWindowThreadProcessId(window, &owner);
+      if (owner == process && IsWindowVisible(window)) dialog = window;
+    }
+  }
+  if (!dialog) return false;
+  Sleep(200);
+  SetDlgItemTextW(dialog, 0x47C, path.c_str());  // the name box of the explorer-style dialog
+  SetDlgItemTextW(dialog, 0x480, path.c_str());  // ... and of the older one
+  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+  for (int i = 0; i < 100 && IsWindow(dialog); ++i) Sleep(50);
+  Settle();
+  return !IsWindow(dialog);
+}
+
+TEST(Frame, OpenActivatesAnOpenFileAndReusesAnEmptyNewDocument) {
+  std::wstring exe = PrepareFreshCopy(L"open-or-activate");
+  std::wstring folder = FolderOf(exe);
+  WriteText(folder + L"first.c", "int first;\r\n");
+  WriteText(folder + L"second.c", "int second;\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  ASSERT_TRUE(OpenThroughDialog(quill, folder + L"first.c"));
+  ASSERT_EQ(Children(quill).size(), 1u);
+  HWND first = Children(quill)[0];
+
+  PostMessageW(quill.Frame(), WM_COMMAND, 79, 0);
+  Settle();
+  ASSERT_EQ(Children(quill).size(), 2u);
+  HWND untitled = Children(quill)[0];
+  ASSERT_TRUE(OpenThroughDialog(quill, folder + L"second.c"));
+  std::vector<HWND> children = Children(quill);
+  ASSERT_EQ(children.size(), 2u);  // the new document's window took the file
+  EXPECT_EQ(children[0], untitled);
+  EXPECT_NE(WindowText(untitled).find(L"second.c"), std::wstring::npos);
+
+  ASSERT_TRUE(OpenThroughDialog(quill, folder + L"FIRST.C"));  // names compare without case
+  children = Children(quill);
+  ASSERT_EQ(children.size(), 2u);
+  EXPECT_EQ(children[0], first);  // activated, on top
+  SaveScreenshot(ScreenshotFolder() + L"open-or-activate.bmp");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
 }  // namespace
