@@ -8,6 +8,7 @@
 #include "csource/source_path.h"
 #include "csource/symbol_table.h"
 #include "csource/text_buffer.h"
+#include "foundation/fileutil.h"
 #include "foundation/memory.h"
 #include "project/make_target.h"
 #include "project/project.h"

@@ -1,7 +1,6 @@
 #include "editor/editor_host.h"
 
-#include <chrono>
-#include <ctime>
+#include "foundation/os_time.h"
 
 namespace {
 
@@ -68,19 +67,11 @@ bool EditorOpenTerminal(EditDocument* document, const char* specification) {
 
 unsigned EditorTickCount() {
   if (g_host->tickCount) return g_host->tickCount(g_host->context);
-  auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<unsigned>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+  return OsTickCount();
 }
 
 LocalTime EditorLocalTime() {
   if (g_host->localTime) return g_host->localTime(g_host->context);
-  time_t now = time(nullptr);
-  struct tm parts = {};
-#ifdef _WIN32
-  // One user-interface thread: the shared result of localtime is safe here.
-  if (const struct tm* local = localtime(&now)) parts = *local;
-#else
-  localtime_r(&now, &parts);
-#endif
-  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min};
+  OsDateTime now = OsLocalDateTime();
+  return {now.year, now.month, now.day, now.hour, now.minute};
 }

@@ -1,6 +1,9 @@
 #include "foundation/fileutil.h"
 
+#include <cstring>
+
 #include "foundation/memory.h"
+#include "foundation/os_path.h"
 
 namespace {
 // 2000-01-01 00:00:00 UTC in 100-nanosecond units since 1601.
@@ -34,4 +37,16 @@ char* ReadWholeFile(const char* path, size_t* length, int owner) {
   }
   FileClose(file);
   return block;
+}
+
+int ProgramFolder(char* buffer, int size) {
+  char module[1024];  // a module path is at most MAX_PATH units, 3 bytes each in UTF-8
+  if (OsGetModulePath(module, sizeof module) == 0) return 0;
+  const char* slash = strrchr(module, '/');
+  if (!slash) return 0;
+  size_t length = static_cast<size_t>(slash - module);
+  if (size <= 0 || length >= static_cast<size_t>(size)) return 0;
+  memcpy(buffer, module, length);
+  buffer[length] = '\0';
+  return static_cast<int>(length);
 }

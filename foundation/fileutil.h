@@ -67,6 +67,10 @@ bool FileWrite(FileHandle file, const void* buffer, unsigned size, unsigned* don
 uint64_t FileGetSize(FileHandle file);  // all ones on failure
 bool FileSeek(FileHandle file, int64_t offset, unsigned origin, uint64_t* position);
 
+// The folder of the running program (internal form, no closing '/'): its length, 0 when unknown
+// or when it does not fit.
+int ProgramFolder(char* buffer, int size);
+
 // The whole file in a block of `owner` with one extra terminating zero byte; null on any failure.
 char* ReadWholeFile(const char* path, size_t* length, int owner);
 

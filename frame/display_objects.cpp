@@ -4,6 +4,7 @@
 
 #include "editor/colour_runs.h"
 #include "editor/colour_settings.h"
+#include "foundation/fileutil.h"
 #include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/os_path.h"
@@ -48,13 +49,6 @@ HFONT MakeFont(const char* nameKey, const char* fallbackFace, const char* sizeKe
 COLORREF Colour(unsigned value) { return static_cast<COLORREF>(value & 0xFFFFFF); }
 
 }  // namespace
-
-void ProgramFolder(char* folder, int size) {
-  size_t length = OsGetModulePath(folder, static_cast<size_t>(size));
-  char* slash = length ? strrchr(folder, '/') : nullptr;
-  if (slash) *slash = '\0';
-  else folder[0] = '\0';
-}
 
 void CreateDisplayObjects() {
   g_display.latinFont = MakeFont("EngFontName", "Courier New", "EngFontSize");

@@ -24,5 +24,3 @@ void CreateDisplayObjects();
 void DeleteDisplayObjects();
 // The cell from the bitmap font's header, or else from the Latin font's metrics.
 void ComputeCellSize(HWND frame);
-// The program's folder in the internal form, without a trailing '/'.
-void ProgramFolder(char* folder, int size);

@@ -129,12 +129,17 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
 }
 
 // The process entry: no C runtime start-up, only the main routine and the end of the process.
+// The runtime's fix-up of references to data in system DLLs; without the C runtime's start-up
+// code nobody else applies it.
+extern "C" void _pei386_runtime_relocator(void);
+
 extern "C"
 #ifdef __i386__
     __attribute__((force_align_arg_pointer))
 #endif
     void
     _start() {
+  _pei386_runtime_relocator();
   STARTUPINFOW startup;
   GetStartupInfoW(&startup);
   int show = (startup.dwFlags & STARTF_USESHOWWINDOW) ? startup.wShowWindow : SW_SHOWDEFAULT;

@@ -1,5 +1,7 @@
 #include "project/project.h"
 
+#include "foundation/fileutil.h"
+
 #include <cstring>
 
 #include "foundation/formatter.h"
@@ -244,15 +246,6 @@ int CountTargetFiles(const ProjectTarget* target) {
   for (const ProjectFile* file = target->files; file; file = file->next)
     ++count;
   return count;
-}
-
-int ProgramFolder(char* buffer, int size) {
-  char module[kProjectPathSize];
-  if (OsGetModulePath(module, sizeof module) == 0) return 0;
-  const char* slash = strrchr(module, '/');
-  if (!slash) return 0;
-  int length = CopyOut(module, static_cast<size_t>(slash - module), buffer, size);
-  return length < 0 ? 0 : length;
 }
 
 int DefaultProjectPath(char* buffer, int size) {

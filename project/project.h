@@ -113,5 +113,3 @@ int CountTargetFiles(const ProjectTarget* target);
 // The new-project dialog's starting path: "DefPrjFolder" of section "Project" (or the program's
 // folder) followed by "NoName/NoName.prj", its first character upper-cased.
 int DefaultProjectPath(char* buffer, int size);
-// The program's own folder, internal form, no trailing '/'; the length, 0 when unknown.
-int ProgramFolder(char* buffer, int size);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "foundation/fileutil.h"
 #include "foundation/memory.h"
 #include "project/project.h"
 #include "tests/project/project_fixture.h"

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "foundation/fileutil.h"
 #include "foundation/settings.h"
 #include "tests/project/project_fixture.h"
 
