@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <fstream>
 #include <string>
 
 #include "calc/int_calculator.h"
 #include "calc/math_expression.h"
+#include "foundation/language.h"
+#include "tests/support/klib_test.h"
 
 namespace {
 
@@ -13,7 +17,16 @@ std::string Message(uint32_t code, int size = 256) {
   return buffer;
 }
 
-TEST(CalcMathError, MessagesByCode) {
+// The messages come from the string table, so the library is up.
+class CalcMathError : public KLibTest {
+ protected:
+  void TearDown() override {
+    UnloadLanguage();
+    KLibTest::TearDown();
+  }
+};
+
+TEST_F(CalcMathError, MessagesByCode) {
   const char* const kTexts[] = {
       "계산식 미완성",      "계산식 오류 (문법 오류)", "')'부족",
       "뜬금없는 ')'",       "지원하지 않는 연산자",    "0으로 나눌 수 없음",
@@ -27,7 +40,19 @@ TEST(CalcMathError, MessagesByCode) {
     EXPECT_EQ(MathErrorStringId(code), kIds[code - 1]) << code;
 }
 
-TEST(CalcMathError, OtherCodesAndTruncation) {
+TEST_F(CalcMathError, ALanguageFileTranslatesTheMessages) {
+  std::string path = testing::TempDir() + "quill_math_error.lng";
+  for (char& c : path) {
+    if (c == '\\') c = '/';
+  }
+  std::ofstream(path, std::ios::binary) << "50104=Missing ')'\r\n";
+  LoadLanguageFile(path.c_str());
+  std::remove(path.c_str());
+  EXPECT_EQ(Message(3), "Missing ')'");
+  EXPECT_EQ(Message(4), "뜬금없는 ')'");
+}
+
+TEST_F(CalcMathError, OtherCodesAndTruncation) {
   EXPECT_EQ(Message(0), "MathExpErr: Code=0");
   EXPECT_EQ(Message(13), "MathExpErr: Code=13");
   EXPECT_EQ(Message(0xFFFFFFFFu), "MathExpErr: Code=-1");
@@ -43,7 +68,9 @@ std::string Output(const std::string& input, uint32_t* error = nullptr) {
   return buffer;
 }
 
-TEST(CalcIntCalculator, ShowsTheExampleTheValueOrTheMessage) {
+class CalcIntCalculator : public KLibTest {};
+
+TEST_F(CalcIntCalculator, ShowsTheExampleTheValueOrTheMessage) {
   EXPECT_EQ(Output(""), "Ex)\r\n0x23 & (45 | 13) + ~123 + 'A' + 0123\r\n");
   EXPECT_EQ(Output("1+2"), "= 3\r\n= 0x3");
   EXPECT_EQ(Output("-1"), "= -1\r\n= 0xFFFFFFFF");
@@ -55,7 +82,7 @@ TEST(CalcIntCalculator, ShowsTheExampleTheValueOrTheMessage) {
   EXPECT_EQ(Output(" "), "계산식 미완성");  // only an empty edit shows the example
 }
 
-TEST(CalcIntCalculator, InputIsCutToTheEditsBuffer) {
+TEST_F(CalcIntCalculator, InputIsCutToTheEditsBuffer) {
   std::string input = "1";
   while (input.size() < kIntCalcInputSize - 1)
     input += " ";

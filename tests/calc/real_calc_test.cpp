@@ -11,13 +11,21 @@
 #include "calc/math_expression.h"
 #include "calc/real_expression.h"
 #include "calc/running_calc.h"
+#include "tests/support/klib_test.h"
 
 namespace {
 
-class RealCalc : public ::testing::Test {
+// Error messages come from the string table: the library is up.
+class RealCalc : public KLibTest {
  protected:
-  void SetUp() override { ResetDecimalCalcState(); }
-  void TearDown() override { ResetDecimalCalcState(); }
+  void SetUp() override {
+    KLibTest::SetUp();
+    ResetDecimalCalcState();
+  }
+  void TearDown() override {
+    ResetDecimalCalcState();
+    KLibTest::TearDown();
+  }
 
   std::string Expression(const std::string& text, uint32_t* error = nullptr) {
     char buffer[1024];

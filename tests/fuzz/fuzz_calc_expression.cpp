@@ -9,12 +9,16 @@
 #include "calc/int_calculator.h"
 #include "calc/math_expression.h"
 #include "calc/math_number.h"
+#include "foundation/library.h"
 
 namespace {
 constexpr auto kTimeBound = std::chrono::milliseconds(100);
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  // Error messages come from the string table.
+  static bool started = (InitKLib(nullptr, nullptr), true);
+  (void)started;
   if (size > kIntCalcInputSize - 1) size = kIntCalcInputSize - 1;
   std::string text(reinterpret_cast<const char*>(data), size);
   const char* begin = text.c_str();

@@ -8,8 +8,12 @@
 #include "calc/decimal_registers.h"
 #include "calc/math_expression.h"
 #include "calc/real_expression.h"
+#include "foundation/library.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  // Error messages come from the string table.
+  static bool started = (InitKLib(nullptr, nullptr), true);
+  (void)started;
   if (size > kRealCalcInputSize - 1) size = kRealCalcInputSize - 1;
   std::string text(reinterpret_cast<const char*>(data), size);
   auto start = std::chrono::steady_clock::now();
