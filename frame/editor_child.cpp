@@ -2,126 +2,145 @@
 
 #include <cstring>
 
+#include "editor/colour_runs.h"
 #include "editor/document.h"
-#include "foundation/fileutil.h"
-#include "foundation/formatter.h"
+#include "editor/document_io.h"
+#include "editor/key_commands.h"
+#include "foundation/diagnostics.h"
 #include "foundation/host.h"
 #include "foundation/memory.h"
-#include "frame/display_objects.h"
-#include "frame/frame_commands.h"
+#include "frame/editor_window.h"
 #include "frame/frame_owners.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
 #include "frame/status_bar.h"
 #include "resources/resource.h"
 
-const wchar_t kEditorClassName[] = L"QuillEditorChild";
+const wchar_t kEditorClassName[] = L"Quill";
 
 namespace {
 
-// Until the editor view arrives the window keeps the document record for its name and flags and
-// the file's bytes to show them; it does not edit.
-struct EditorChild {
-  EditDocument document;
-  char* text;  // the file as read, terminated
-  size_t length;
-  int caretColumn;
-  int caretLine;
-  bool checkPending;  // command 112 is posted and not answered yet
-};
+// Room at the left of every line for the bookmark marks.
+constexpr int kLeftMargin = 6;
+// Commands from here on are the frame's window list, not the editor's.
+constexpr int kWindowListIds = 10000;
 
-int g_untitledCounter;
-
-bool LoadText(EditorChild* child) {
-  FreeMem(child->text);
-  child->text = ReadWholeFile(child->document.path, &child->length, kOwnerEditorChild);
-  if (child->text) return true;
-  HostMessageId(2, kMbOk | kMbIconExclamation, child->document.path);
-  return false;
-}
-
-EditorChild* ChildOf(HWND window) {
+EditorWindow* ChildOf(HWND window) {
   wchar_t name[32];
   if (!window || !GetClassNameW(window, name, 32) || wcscmp(name, kEditorClassName) != 0)
     return nullptr;
-  return reinterpret_cast<EditorChild*>(GetWindowLongPtrW(window, 0));
+  return reinterpret_cast<EditorWindow*>(GetWindowLongPtrW(window, 0));
 }
 
-void SetTitle(HWND window, const EditDocument* document) {
-  wchar_t title[kPathSize];
-  if (!MultiByteToWideChar(CP_UTF8, 0, document->path, -1, title, kPathSize)) title[0] = L'\0';
-  for (wchar_t* p = title; *p; ++p) {
-    if (*p == L'/') *p = L'\\';
-  }
-  SetWindowTextW(window, title);
+void FreeEditor(EditorWindow* editor) {
+  if (!editor) return;
+  FreeColourRuns(editor->runs);
+  FreeDocument(editor->document);
+  FreeMem(editor);
 }
 
-void Paint(HWND window, EditorChild* child) {
-  PAINTSTRUCT paint;
-  HDC dc = BeginPaint(window, &paint);
-  HGDIOBJ old = SelectObject(dc, g_display.latinFont);
-  SetBkMode(dc, TRANSPARENT);
-  RECT client;
-  GetClientRect(window, &client);
-  int lineHeight = g_display.cellHeight > 0 ? g_display.cellHeight : 16;
-  const char* p = child->text;
-  for (int y = 0; p && *p && y < client.bottom; y += lineHeight) {
-    const char* end = p;
-    while (*end && *end != '\n' && *end != '\r') ++end;
-    wchar_t line[512];
-    int count = MultiByteToWideChar(CP_UTF8, 0, p, static_cast<int>(end - p), line, 512);
-    TextOutW(dc, 2, y, line, count);
-    p = end;
-    if (*p == '\r') ++p;
-    if (*p == '\n') ++p;
+// Yes saves first (a failed save keeps the window), No closes, Cancel keeps the window.
+bool MayClose(EditorWindow* editor) {
+  switch (ConfirmSaveIfModified(&editor->view)) {
+    case kIdCancel:
+      return false;
+    case kIdYes:
+      return SaveDocument(&editor->view, false);
   }
-  SelectObject(dc, old);
-  EndPaint(window, &paint);
+  return true;
 }
 
-void OnCommand(HWND window, EditorChild* child, int id) {
-  switch (id) {
-    case kCmdLoadFile:
-      if (LoadText(child)) {
-        SetTitle(window, &child->document);
-        InvalidateRect(window, nullptr, TRUE);
-      }
-      return;
-    case kCmdActivated:
-      child->checkPending = false;
-      return;
-  }
+void OnCommand(EditorWindow* editor, int id) {
+  if (id == kCmdActivated) editor->checkPending = false;
+  RunEditorCommand(&editor->view, id);
+  ShowEditorStatus(editor);
 }
 
 LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  EditorChild* child = reinterpret_cast<EditorChild*>(GetWindowLongPtrW(window, 0));
+  EditorWindow* editor = reinterpret_cast<EditorWindow*>(GetWindowLongPtrW(window, 0));
   switch (message) {
     case WM_CREATE: {
       const CREATESTRUCTW* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
       const MDICREATESTRUCTW* mdi = static_cast<const MDICREATESTRUCTW*>(create->lpCreateParams);
+      editor = reinterpret_cast<EditorWindow*>(mdi->lParam);
       SetWindowLongPtrW(window, 0, mdi->lParam);
-      child = reinterpret_cast<EditorChild*>(mdi->lParam);
-      SetTitle(window, &child->document);
+      editor->view.window = window;
+      SizeTextArea(editor);
+      UpdateScrollBar(editor);
       return 0;
     }
-    case WM_PAINT:
-      if (child) {
-        Paint(window, child);
-        return 0;
+    case WM_SIZE:
+      if (editor) {
+        SizeTextArea(editor);
+        CaretFollows(editor);
       }
+      break;  // the MDI default keeps the frame's menu in step with a maximised child
+    case WM_PAINT:
+      if (!editor) break;
+      PaintEditor(window, editor);
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;  // painting covers the whole client area
+    case WM_SETFOCUS:
+      if (!editor) break;
+      editor->hasFocus = true;
+      CreateCaret(window, nullptr, 2, CellHeight());
+      PlaceCaret(editor);
+      ShowCaret(window);
+      return 0;
+    case WM_KILLFOCUS:
+      if (!editor) break;
+      editor->hasFocus = false;
+      DestroyCaret();
+      return 0;
+    case WM_KEYDOWN:
+      if (editor && EditorKeyDown(editor, static_cast<int>(wParam))) return 0;
       break;
+    case WM_CHAR:
+      if (editor) EditorCharacter(editor, static_cast<char16_t>(wParam));
+      return 0;
+    case WM_IME_STARTCOMPOSITION:
+      return 0;  // no composition window: the character is shown in place
+    case WM_LBUTTONDOWN:
+      if (editor) {
+        SetFocus(window);
+        EditorMouseDown(editor, static_cast<short>(LOWORD(lParam)),
+                        static_cast<short>(HIWORD(lParam)), (wParam & MK_SHIFT) != 0);
+      }
+      return 0;
+    case WM_MOUSEMOVE:
+      if (editor) EditorMouseMove(editor, static_cast<short>(LOWORD(lParam)),
+                                  static_cast<short>(HIWORD(lParam)));
+      return 0;
+    case WM_LBUTTONUP:
+      if (editor) EditorMouseUp(editor);
+      return 0;
+    case WM_LBUTTONDBLCLK:
+      if (editor) EditorDoubleClick(editor);
+      return 0;
+    case WM_MOUSEWHEEL:
+      if (editor) EditorWheel(editor, static_cast<short>(HIWORD(wParam)));
+      return 0;
+    case WM_VSCROLL:
+      if (editor) EditorVerticalScroll(editor, static_cast<int>(wParam));
+      return 0;
     case WM_COMMAND:
-      if (child) OnCommand(window, child, LOWORD(wParam));
+      if (editor && LOWORD(wParam) < kWindowListIds) OnCommand(editor, LOWORD(wParam));
       return 0;
     case WM_QUERYENDSESSION:
-      return 1;  // nothing is edited here, so nothing can be lost
+      return editor ? MayClose(editor) : 1;
+    case WM_CLOSE:
+      if (editor && !MayClose(editor)) return 0;
+      SendMessageW(g_frame.mdiClient, WM_MDIDESTROY, reinterpret_cast<WPARAM>(window), 0);
+      return 0;
     case WM_MDIACTIVATE:
-      if (child && reinterpret_cast<HWND>(lParam) == window) {
-        SetStatusCursor(child->caretColumn, child->caretLine, child->document.modified != 0);
+      if (editor && reinterpret_cast<HWND>(lParam) == window) {
+        ShowEditorStatus(editor);
         UpdateMenuState(1, true);
       }
       break;
     case WM_DESTROY:
+      if (editor && !editor->document->untitled) SaveFileState(&editor->view);
       // The last document going leaves nothing for the document commands to work on.
       if (!GetWindow(window, GW_HWNDNEXT) && !GetWindow(window, GW_HWNDPREV)) {
         UpdateMenuState(0, false);
@@ -129,10 +148,10 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       }
       break;
     case WM_NCDESTROY:
-      if (child) {
-        FreeMem(child->text);
-        FreeMem(child);
+      if (editor) {
+        FreeEditor(editor);
         SetWindowLongPtrW(window, 0, 0);
+        ReleaseEditorClipboardCopy();
       }
       break;
   }
@@ -141,7 +160,12 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
 
 }  // namespace
 
+EditorWindow* EditorWindowOf(HWND window) {
+  return ChildOf(window);
+}
+
 bool RegisterEditorChildClass(HINSTANCE instance) {
+  InstallEditorHosts();
   WNDCLASSEXW cls = {};
   cls.cbSize = sizeof cls;
   cls.style = CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS;
@@ -151,56 +175,80 @@ bool RegisterEditorChildClass(HINSTANCE instance) {
   cls.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_DOCUMENT));
   cls.hIconSm = cls.hIcon;
   cls.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32513));  // IDC_IBEAM
-  cls.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  cls.hbrBackground = nullptr;  // painting fills the background itself
   cls.lpszClassName = kEditorClassName;
-  return RegisterClassExW(&cls) != 0;
+  if (RegisterClassExW(&cls)) return true;
+  DebugLog("QE_RegistMdiChild() Error");
+  return false;
 }
 
 HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, int tabSize, int x,
                         int y, int width, int height, int show) {
-  EditorChild* child = static_cast<EditorChild*>(AllocMem(sizeof(EditorChild), kOwnerEditorChild));
-  if (!child) return nullptr;
-  memset(child, 0, sizeof *child);
-  EditDocument* document = &child->document;
+  EditorWindow* editor =
+      static_cast<EditorWindow*>(AllocMem(sizeof(EditorWindow), kOwnerEditorChild));
+  if (!editor) return nullptr;
+  memset(editor, 0, sizeof *editor);
+  editor->document = NewDocument();
+  editor->runs = NewColourRuns();
+  if (!editor->document || !editor->runs) {
+    FreeEditor(editor);
+    return nullptr;
+  }
+  EditDocument* document = editor->document;
   if (path) {
     strncpy(document->path, path, kPathSize - 1);
-  } else {
-    FormatStr(document->path, kPathSize, "NoName%02d.cpp", ++g_untitledCounter);
-    document->untitled = 1;
+    document->path[kPathSize - 1] = '\0';
+    document->untitled = 0;
   }
   if (sourcePath) strncpy(document->sourcePath, sourcePath, kPathSize - 1);
   document->encoding = static_cast<uint8_t>(encoding);
   document->tabSize = static_cast<uint8_t>(tabSize);
+  if (tabSize) document->keepTabSize = 1;
+  editor->view.document = document;
+  editor->view.leftMargin = kLeftMargin;
+  editor->view.colourRuns = editor->runs;
 
   MDICREATESTRUCTW create = {};
   create.szClass = kEditorClassName;
-  create.szTitle = L"";
+  create.szTitle = L"Quill";
   create.hOwner = g_frame.instance;
   bool given = show != kShowDefault;
   create.x = given ? x : CW_USEDEFAULT;
   create.y = given ? y : CW_USEDEFAULT;
   create.cx = given ? width : CW_USEDEFAULT;
   create.cy = given ? height : CW_USEDEFAULT;
-  if (show == SW_SHOWMAXIMIZED) create.style = WS_MAXIMIZE;
-  if (show == SW_SHOWMINIMIZED) create.style = WS_MINIMIZE;
-  create.lParam = reinterpret_cast<LPARAM>(child);
+  create.style = WS_VSCROLL;
+  if (show == SW_SHOWMAXIMIZED) create.style |= WS_MAXIMIZE;
+  if (show == SW_SHOWMINIMIZED) create.style |= WS_MINIMIZE;
+  create.lParam = reinterpret_cast<LPARAM>(editor);
   HWND window = reinterpret_cast<HWND>(
       SendMessageW(g_frame.mdiClient, WM_MDICREATE, 0, reinterpret_cast<LPARAM>(&create)));
   if (!window) {
-    FreeMem(child);
+    DebugLog("QE_CreateMdiChild() Errror");
+    FreeEditor(editor);
     return nullptr;
   }
-  if (path && !LoadText(child)) {
+  // Show -2 keeps the window only for a file that was read; otherwise a missing file leaves an
+  // empty document under its name and any other failure (already reported) leaves nothing.
+  if (path && !LoadDocument(&editor->view) &&
+      (show == kShowGiven || document->fileStamp != kMissingFileStamp)) {
     SendMessageW(g_frame.mdiClient, WM_MDIDESTROY, reinterpret_cast<WPARAM>(window), 0);
     return nullptr;
   }
-  SetTitle(window, document);
+  wchar_t title[kPathSize];
+  if (!MultiByteToWideChar(CP_UTF8, 0, document->path, -1, title, kPathSize)) title[0] = L'\0';
+  for (wchar_t* p = title; *p; ++p) {
+    if (*p == L'/') *p = L'\\';
+  }
+  SetWindowTextW(window, title);
+  UpdateScrollBar(editor);
+  ShowEditorStatus(editor);
   return window;
 }
 
 EditDocument* EditorWindowDocument(HWND window) {
-  EditorChild* child = ChildOf(window);
-  return child ? &child->document : nullptr;
+  EditorWindow* editor = ChildOf(window);
+  return editor ? editor->document : nullptr;
 }
 
 bool EditorShowsPath(HWND window, const char* path) {
@@ -219,14 +267,17 @@ bool EditorShowsPath(HWND window, const char* path) {
 }
 
 bool SetCheckPending(HWND window) {
-  EditorChild* child = ChildOf(window);
-  if (!child || child->checkPending) return false;
-  child->checkPending = true;
+  EditorWindow* editor = ChildOf(window);
+  if (!editor || editor->checkPending) return false;
+  editor->checkPending = true;
   return true;
 }
 
 bool IsEmptyNewDocument(HWND window) {
-  EditorChild* child = ChildOf(window);
-  return child && child->document.untitled && !child->document.modified &&
-         (!child->text || !child->text[0]);
+  EditorWindow* editor = ChildOf(window);
+  if (!editor) return false;
+  const EditDocument* document = editor->document;
+  return document->untitled && !document->modified &&
+         (document->lineCount == 0 ||
+          (document->lineCount == 1 && LineLength(DocumentLine(document, 0)) == 0));
 }

@@ -1,0 +1,158 @@
+// Painting an editor window: every visible line on the cell grid, through an off-screen bitmap so
+// that nothing flickers, with the colour runs, the selection and the bookmark marks.
+#include "editor/colour_settings.h"
+#include "editor/colouring.h"
+#include "editor/comment_states.h"
+#include "editor/document.h"
+#include "frame/display_objects.h"
+#include "frame/editor_window.h"
+
+namespace {
+
+constexpr int kNoSelection = -1;
+
+// The selected columns [*from, *to) of a line, or false when none of it is selected.
+bool SelectedColumns(const EditorWindow* editor, int line, int* from, int* to) {
+  const EditorView* view = &editor->view;
+  if (!HasSelection(view)) return false;
+  Selection selection = NormalisedSelection(view);
+  if (line < selection.startLine || line > selection.endLine) return false;
+  if (view->blockMode == 1) {
+    *from = selection.startColumn;
+    *to = selection.endColumn;
+    return *to > *from;
+  }
+  *from = line == selection.startLine ? selection.startColumn : 0;
+  if (line == selection.endLine) {
+    *to = selection.endColumn;
+  } else {
+    // The line end is part of the selection: one cell behind the text shows it.
+    int columns = LineColumns(DocumentLine(editor->document, line));
+    *to = (columns > *from ? columns : *from) + 1;
+  }
+  return *to > *from;
+}
+
+void PaintMargin(HDC dc, const EditorWindow* editor, int line, int y) {
+  const EditorView* view = &editor->view;
+  RECT margin = {0, y, view->leftMargin, y + CellHeight()};
+  FillRect(dc, &margin, g_display.brushes[0] ? g_display.brushes[0]
+                                              : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+  for (int i = 0; i < kBookmarkCount; ++i) {
+    const BookmarkPosition& mark = editor->document->bookmarks[i];
+    if (mark.index < 0 || mark.line != line) continue;
+    RECT flag = {1, y + 2, view->leftMargin - 1, y + CellHeight() - 2};
+    FillRect(dc, &flag, g_display.brushes[2] ? g_display.brushes[2]
+                                              : static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH)));
+    break;
+  }
+}
+
+void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
+  const EditorView* view = &editor->view;
+  const int cell = CellWidth();
+  const int origin = view->leftMargin - view->firstColumn * cell;
+  PaintMargin(dc, editor, line, y);
+  LineRecord* record = DocumentLine(editor->document, line);
+
+  int selFrom = kNoSelection, selTo = kNoSelection;
+  if (SelectedColumns(editor, line, &selFrom, &selTo)) {
+    int left = origin + selFrom * cell;
+    if (left < view->leftMargin) left = view->leftMargin;
+    RECT band = {left, y, origin + selTo * cell, y + CellHeight()};
+    if (band.right > right) band.right = right;
+    if (band.right > band.left) FillRect(dc, &band, GetSysColorBrush(COLOR_HIGHLIGHT));
+  }
+  if (!record) return;
+
+  bool startsInComment = LineStartsInComment(editor->document, line);
+  bool endsInComment = false;
+  if (editor->runs) {
+    editor->runs->count = 0;
+    endsInComment =
+        ColourLine(&editor->runs, record->text, record->length, line, startsInComment);
+  }
+  record->commentState = endsInComment ? 1 : 0;
+
+  const ColourRuns* runs = editor->runs;
+  int runIndex = 0;
+  int colourClass = kClassNormal;
+  HGDIOBJ font = nullptr;
+  for (int i = 0, column = 0; i < record->length; ++i) {
+    while (runs && runIndex < runs->count && runs->entries[runIndex].start <= i) {
+      colourClass = runs->entries[runIndex].colourClass;
+      ++runIndex;
+    }
+    char16_t unit = record->text[i];
+    int width = UnitColumns(unit);
+    int x = origin + column * cell;
+    column += width;
+    if (x + width * cell <= view->leftMargin) continue;
+    if (x >= right) break;
+    if (unit == u' ') continue;
+    bool selected = column - width >= selFrom && column - width < selTo;
+    SetTextColor(dc, selected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : ClassColour(colourClass));
+    HGDIOBJ wanted = width == 2 ? g_display.hangulFont : g_display.latinFont;
+    if (wanted && wanted != font) {
+      SelectObject(dc, wanted);
+      font = wanted;
+    }
+    wchar_t glyph = static_cast<wchar_t>(unit);
+    TextOutW(dc, x, width == 2 ? y + g_display.hangulOffsetY : y, &glyph, 1);
+  }
+}
+
+}  // namespace
+
+void PaintEditor(HWND window, EditorWindow* editor) {
+  PAINTSTRUCT paint;
+  HDC dc = BeginPaint(window, &paint);
+  RECT client;
+  GetClientRect(window, &client);
+  if (client.right <= 0 || client.bottom <= 0) {
+    EndPaint(window, &paint);
+    return;
+  }
+  if (editor->hasFocus) HideCaret(window);
+  HDC memory = CreateCompatibleDC(dc);
+  HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);
+  HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
+  HGDIOBJ oldFont = SelectObject(memory, g_display.latinFont ? g_display.latinFont
+                                                              : GetStockObject(SYSTEM_FIXED_FONT));
+  HBRUSH background = CreateSolidBrush(ClassColour(kClassBackground));
+  FillRect(memory, &client, background);
+  DeleteObject(background);
+  SetBkMode(memory, TRANSPARENT);
+
+  const EditorView* view = &editor->view;
+  const int height = CellHeight();
+  for (int line = view->firstLine, y = 0;
+       y < client.bottom && line < editor->document->lineCount; ++line, y += height) {
+    if (y + height <= paint.rcPaint.top || y >= paint.rcPaint.bottom) continue;
+    PaintLine(memory, editor, line, y, client.right);
+  }
+  // Rows below the last line still get their margin.
+  int rows = editor->document->lineCount - view->firstLine;
+  for (int y = (rows > 0 ? rows : 0) * height; y < client.bottom; y += height) {
+    RECT margin = {0, y, view->leftMargin, y + height};
+    FillRect(memory, &margin, g_display.brushes[0] ? g_display.brushes[0]
+                                                    : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+  }
+
+  BitBlt(dc, 0, 0, client.right, client.bottom, memory, 0, 0, SRCCOPY);
+  SelectObject(memory, oldFont);
+  SelectObject(memory, oldBitmap);
+  DeleteObject(bitmap);
+  DeleteDC(memory);
+  if (editor->hasFocus) ShowCaret(window);
+  EndPaint(window, &paint);
+}
+
+void RepaintEditorLine(EditorWindow* editor, int line) {
+  const EditorView* view = &editor->view;
+  int row = line - view->firstLine;
+  if (row < 0 || row * CellHeight() >= view->textHeight) return;
+  RECT band = {0, row * CellHeight(), view->leftMargin + view->textWidth,
+               (row + 1) * CellHeight()};
+  InvalidateRect(static_cast<HWND>(view->window), &band, FALSE);
+}

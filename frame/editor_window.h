@@ -1,0 +1,59 @@
+// The inside of one editor window (class "Quill"): its view record, and the painting, input and
+// host pieces that its window procedure routes messages into.
+#pragma once
+#include <windows.h>
+
+#include "editor/colour_runs.h"
+#include "editor/editor_view.h"
+
+struct EditDocument;
+
+// Blocks of the editor windows (the frame's owner range).
+constexpr int kOwnerEditorClipboard = 1017;  // the last clipboard text handed to the editor
+
+// The caret may not go further right than this column.
+constexpr int kCaretColumnLimit = 4096;
+
+struct EditorWindow {
+  EditorView view;
+  EditDocument* document;
+  ColourRuns* runs;
+  bool checkPending;  // command 112 is posted and not answered yet
+  bool hasFocus;
+  bool dragging;      // the mouse is captured by a left-button drag
+};
+
+EditorWindow* EditorWindowOf(HWND window);
+
+// Installs the window side of the editor's host interfaces (once per process).
+void InstallEditorHosts();
+// Frees the last clipboard text handed to the editor (only valid until the next paste anyway).
+void ReleaseEditorClipboardCopy();
+
+// Cell metrics with a fallback while no font has been measured.
+int CellWidth();
+int CellHeight();
+// Whole lines in the text area (at least 1).
+int PageLines(const EditorView* view);
+
+void PaintEditor(HWND window, EditorWindow* editor);
+void RepaintEditorLine(EditorWindow* editor, int line);
+
+// Size of the text area from the client rectangle.
+void SizeTextArea(EditorWindow* editor);
+// Scroll-bar range and position from the document and the first visible line.
+void UpdateScrollBar(EditorWindow* editor);
+// Scrolls so that the caret is in view (repainting when the view moved), then puts the caret
+// and the status bar in step.
+void CaretFollows(EditorWindow* editor);
+void PlaceCaret(EditorWindow* editor);
+void ShowEditorStatus(EditorWindow* editor);
+
+bool EditorKeyDown(EditorWindow* editor, int virtualKey);
+void EditorCharacter(EditorWindow* editor, char16_t unit);
+void EditorMouseDown(EditorWindow* editor, int x, int y, bool shift);
+void EditorMouseMove(EditorWindow* editor, int x, int y);
+void EditorMouseUp(EditorWindow* editor);
+void EditorDoubleClick(EditorWindow* editor);
+void EditorWheel(EditorWindow* editor, int delta);
+void EditorVerticalScroll(EditorWindow* editor, int request);

@@ -1,0 +1,128 @@
+// The editor's host interfaces as the windows answer them: repaints, caret, title and status go
+// to the window that shows the view; the clipboard is the system's; the save dialog is the common
+// one. The dialogs that are not built yet answer as a user who cancels.
+#include <cstring>
+
+#include "editor/command_host.h"
+#include "editor/document.h"
+#include "editor/editor_host.h"
+#include "foundation/file_dialogs.h"
+#include "foundation/memory.h"
+#include "frame/editor_window.h"
+#include "frame/frame_state.h"
+#include "frame/status_bar.h"
+
+namespace {
+
+char16_t* g_clipboardCopy;  // what getClipboard last handed out
+
+EditorWindow* Owner(EditorView* view) {
+  return view ? EditorWindowOf(static_cast<HWND>(view->window)) : nullptr;
+}
+
+void RepaintLine(void*, EditorView* view, int line) {
+  if (EditorWindow* editor = Owner(view)) RepaintEditorLine(editor, line);
+}
+
+void RepaintAll(void*, EditorView* view) {
+  if (view && view->window) InvalidateRect(static_cast<HWND>(view->window), nullptr, FALSE);
+}
+
+void CaretMoved(void*, EditorView* view) {
+  if (EditorWindow* editor = Owner(view)) CaretFollows(editor);
+}
+
+void TitleChanged(void*, EditorView* view) {
+  EditorWindow* editor = Owner(view);
+  if (!editor) return;
+  wchar_t title[kPathSize];
+  if (!MultiByteToWideChar(CP_UTF8, 0, editor->document->path, -1, title, kPathSize))
+    title[0] = L'\0';
+  for (wchar_t* p = title; *p; ++p) {
+    if (*p == L'/') *p = L'\\';
+  }
+  SetWindowTextW(static_cast<HWND>(view->window), title);
+}
+
+void DocumentLoaded(void*, EditorView* view) {
+  if (EditorWindow* editor = Owner(view)) {
+    UpdateScrollBar(editor);
+    TitleChanged(nullptr, view);
+  }
+}
+
+void StatusText(void*, int part, const char* text) {
+  if (part == 2) SetStatusMessage(text && text[0] ? text : nullptr);
+}
+
+bool AskSavePath(void*, const char* title, char* path, int size) {
+  static const char kFilter[] = "Source Files\0*.c;*.cpp;*.h;*.hpp;*.txt\0All Files\0*.*\0";
+  return AskSaveFileName(g_frame.frame, path, size, title, kFilter, nullptr, 0);
+}
+
+bool SetClipboard(void*, const char16_t* units, int count) {
+  if (!OpenClipboard(g_frame.frame)) return false;
+  EmptyClipboard();
+  bool done = false;
+  if (HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, (static_cast<SIZE_T>(count) + 1) * 2)) {
+    wchar_t* target = static_cast<wchar_t*>(GlobalLock(block));
+    memcpy(target, units, static_cast<size_t>(count) * 2);
+    target[count] = L'\0';
+    GlobalUnlock(block);
+    done = SetClipboardData(CF_UNICODETEXT, block) != nullptr;
+    if (!done) GlobalFree(block);
+  }
+  CloseClipboard();
+  return done;
+}
+
+const char16_t* GetClipboard(void*, int* count) {
+  FreeMem(g_clipboardCopy);
+  g_clipboardCopy = nullptr;
+  *count = 0;
+  if (!OpenClipboard(g_frame.frame)) return nullptr;
+  if (HANDLE block = GetClipboardData(CF_UNICODETEXT)) {
+    if (const wchar_t* text = static_cast<const wchar_t*>(GlobalLock(block))) {
+      size_t length = wcslen(text);
+      g_clipboardCopy =
+          static_cast<char16_t*>(AllocMem((length + 1) * sizeof(char16_t), kOwnerEditorClipboard));
+      if (g_clipboardCopy) {
+        memcpy(g_clipboardCopy, text, length * sizeof(char16_t));
+        *count = static_cast<int>(length);
+      }
+      GlobalUnlock(block);
+    }
+  }
+  CloseClipboard();
+  return g_clipboardCopy;
+}
+
+int HostPageLines(void*, EditorView* view) {
+  return PageLines(view);
+}
+
+const EditorHost kWindowEditorHost = {
+    nullptr,      RepaintLine,  RepaintAll,   CaretMoved,   TitleChanged, DocumentLoaded,
+    StatusText,   nullptr,      nullptr,      AskSavePath,  SetClipboard, GetClipboard,
+    nullptr,      nullptr,      nullptr,
+};
+
+CommandHost MakeCommandHost() {
+  CommandHost host = {};
+  host.pageLines = HostPageLines;
+  return host;
+}
+
+const CommandHost kWindowCommandHost = MakeCommandHost();
+
+}  // namespace
+
+void ReleaseEditorClipboardCopy() {
+  FreeMem(g_clipboardCopy);
+  g_clipboardCopy = nullptr;
+}
+
+void InstallEditorHosts() {
+  SetEditorHost(&kWindowEditorHost);
+  SetCommandHost(&kWindowCommandHost);
+}

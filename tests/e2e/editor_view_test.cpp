@@ -1,0 +1,167 @@
+// The editor window as a user meets it: a Korean file from the command line is shown on the cell
+// grid, typed into with the keyboard and saved back in its own encoding.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/e2e/quill_driver.h"
+
+namespace {
+
+std::wstring FolderOf(const std::wstring& exe) {
+  return exe.substr(0, exe.find_last_of(L'\\') + 1);
+}
+
+void WriteBytes(const std::wstring& path, const std::string& bytes) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  DWORD written = 0;
+  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  CloseHandle(file);
+}
+
+std::string ReadBytes(const std::wstring& path) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                            nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  std::string bytes(GetFileSize(file, nullptr), '\0');
+  DWORD read = 0;
+  ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  CloseHandle(file);
+  bytes.resize(read);
+  return bytes;
+}
+
+HWND OnlyChild(const QuillProcess& quill) {
+  std::vector<HWND> children;
+  for (HWND child = GetWindow(quill.Child(77), GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!GetWindow(child, GW_OWNER)) children.push_back(child);
+  }
+  return children.size() == 1 ? children[0] : nullptr;
+}
+
+void Key(WORD key, bool up) {
+  INPUT input = {};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = key;
+  input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+  SendInput(1, &input, sizeof input);
+}
+
+void Press(WORD key) {
+  Key(key, false);
+  Key(key, true);
+}
+
+void TypeUnit(wchar_t unit) {
+  INPUT input[2] = {};
+  for (int i = 0; i < 2; ++i) {
+    input[i].type = INPUT_KEYBOARD;
+    input[i].ki.wScan = unit;
+    input[i].ki.dwFlags = KEYEVENTF_UNICODE | (i ? KEYEVENTF_KEYUP : 0);
+  }
+  SendInput(2, input, sizeof input[0]);
+}
+
+void Settle() {
+  Sleep(400);
+}
+
+// A line of Hangul and ASCII in EUC-KR: 한 C7D1, 글 B1DB, 가 B0A1.
+const char kKoreanFile[] = "\xC7\xD1\xB1\xDB int main;\r\n/* \xB0\xA1 */ return 0;\r\n";
+
+TEST(EditorView, KoreanFileIsShownTypedIntoAndSavedInItsEncoding) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view");
+  std::wstring path = FolderOf(exe) + L"korean.c";
+  WriteBytes(path, kKoreanFile);
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(ClassName(editor), L"Quill");
+  EXPECT_NE(WindowText(editor).find(L"korean.c"), std::wstring::npos);
+  SetForegroundWindow(quill.Frame());
+  SetFocus(editor);
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-loaded.bmp");
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 1");
+
+  // End goes behind the last character: two wide syllables take four columns.
+  Press(VK_END);
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 15, Ln 1");
+  EXPECT_EQ(quill.StatusText(1), L"");
+  // Left steps back over a whole character; typing inserts there.
+  Press(VK_HOME);
+  Press(VK_RIGHT);
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 3, Ln 1");
+  TypeUnit(L'x');
+  Press(VK_DOWN);  // line 2 starts with "/* ": column 3 is not inside a wide character
+  Press(VK_END);
+  TypeUnit(L'y');
+  TypeUnit(L'\xAC00');  // U+AC00 가, typed as a finished character
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 22, Ln 2");
+  EXPECT_EQ(quill.StatusText(1), L"\tModified");
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-typed.bmp");
+
+  Key(VK_CONTROL, false);
+  Press('S');
+  Key(VK_CONTROL, true);
+  Settle();
+  EXPECT_EQ(quill.StatusText(1), L"");
+  EXPECT_EQ(ReadBytes(path),
+            "\xC7\xD1x\xB1\xDB int main;\r\n/* \xB0\xA1 */ return 0;y\xB0\xA1\r\n");
+  // Saved: closing asks nothing.
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+// Closing a modified document asks message 85; Cancel keeps the window and the text.
+TEST(EditorView, ClosingAModifiedDocumentAsksFirst) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-close");
+  std::wstring path = FolderOf(exe) + L"plain.txt";
+  WriteBytes(path, "abc\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  PostMessageW(editor, WM_CHAR, L'z', 0);
+  Settle();
+  EXPECT_EQ(quill.StatusText(1), L"\tModified");
+  PostMessageW(editor, WM_CLOSE, 0, 0);
+  HWND box = nullptr;
+  for (int i = 0; i < 100 && !box; ++i, Sleep(50)) {
+    for (HWND window = FindWindowW(L"#32770", nullptr); window && !box;
+         window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
+      if (IsWindowVisible(window)) box = window;
+    }
+  }
+  ASSERT_NE(box, nullptr);
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-close.bmp");
+  PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
+  Settle();
+  EXPECT_TRUE(IsWindow(editor));
+  EXPECT_EQ(ReadBytes(path), "abc\r\n");
+  // No now: the window goes and the file stays as it was.
+  PostMessageW(editor, WM_CLOSE, 0, 0);
+  box = nullptr;
+  for (int i = 0; i < 100 && !box; ++i, Sleep(50)) {
+    for (HWND window = FindWindowW(L"#32770", nullptr); window && !box;
+         window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
+      if (IsWindowVisible(window)) box = window;
+    }
+  }
+  ASSERT_NE(box, nullptr);
+  PostMessageW(box, WM_COMMAND, IDNO, 0);
+  Settle();
+  EXPECT_FALSE(IsWindow(editor));
+  EXPECT_EQ(ReadBytes(path), "abc\r\n");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace
