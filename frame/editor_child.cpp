@@ -24,6 +24,9 @@ namespace {
 constexpr int kLeftMargin = 6;
 // Commands from here on are the frame's window list, not the editor's.
 constexpr int kWindowListIds = 10000;
+// The parts of a composition message (GCS_COMPSTR, GCS_RESULTSTR).
+constexpr LPARAM kCompositionString = 0x0008;
+constexpr LPARAM kCompositionResult = 0x0800;
 
 EditorWindow* ChildOf(HWND window) {
   wchar_t name[32];
@@ -101,6 +104,14 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       return 0;
     case WM_IME_STARTCOMPOSITION:
       return 0;  // no composition window: the character is shown in place
+    case WM_IME_COMPOSITION:
+      if (!editor) break;
+      if (lParam & kCompositionResult) {
+        DropComposition(editor);
+        break;  // the default turns the result into character messages
+      }
+      EditorComposition(editor, (lParam & kCompositionString) ? static_cast<char16_t>(wParam) : 0);
+      return 0;
     case WM_LBUTTONDOWN:
       if (editor) {
         SetFocus(window);

@@ -251,6 +251,7 @@ void EditorCharacter(EditorWindow* editor, char16_t unit) {
   }
   if (PendingPrefix != kPrefixNone) return;
   if (unit == u'\t') return;  // the key-down handler has indented already
+  DropComposition(editor);
   TypeCharacter(&editor->view, unit);
   ShowEditorStatus(editor);
 }

@@ -87,7 +87,8 @@ void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
     int width = UnitColumns(unit);
     int x = origin + column * cell;
     column += width;
-    if (x + width * cell <= view->leftMargin) continue;
+    // A wide character cut by the left edge is not shown at all.
+    if (column - width < view->firstColumn) continue;
     if (x >= right) break;
     if (unit == u' ') continue;
     bool selected = column - width >= selFrom && column - width < selTo;

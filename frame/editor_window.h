@@ -51,6 +51,10 @@ void ShowEditorStatus(EditorWindow* editor);
 
 bool EditorKeyDown(EditorWindow* editor, int virtualKey);
 void EditorCharacter(EditorWindow* editor, char16_t unit);
+// An unfinished input-method character at the caret (0: the composition ended); the next one,
+// or the finished character, first takes the previous one away.
+void EditorComposition(EditorWindow* editor, char16_t unit);
+void DropComposition(EditorWindow* editor);
 void EditorMouseDown(EditorWindow* editor, int x, int y, bool shift);
 void EditorMouseMove(EditorWindow* editor, int x, int y);
 void EditorMouseUp(EditorWindow* editor);

@@ -164,4 +164,59 @@ TEST(EditorView, ClosingAModifiedDocumentAsksFirst) {
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 
+// The wheel moves the top line by the configured number of lines, never above the first, and
+// the caret follows the view when it would leave it.
+TEST(EditorView, WheelScrollsByTheConfiguredLines) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-wheel");
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"QUILL.INI", "[Config]\r\nWheelScrollLines=3\r\n");
+  std::string lines;
+  for (int i = 0; i < 100; ++i) lines += "line " + std::to_string(i + 1) + "\r\n";
+  WriteBytes(folder + L"lines.txt", lines);
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"lines.txt\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  PostMessageW(editor, WM_MOUSEWHEEL, MAKEWPARAM(0, 240), 0);  // up, at the top already
+  PostMessageW(editor, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)), 0);
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 4");
+  PostMessageW(editor, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-240)), 0);
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 10");
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-wheel.bmp");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+// An unfinished syllable of the input method stands in the text until the next one replaces it;
+// only the finished character stays.
+TEST(EditorView, CompositionIsShownInPlaceAndReplaced) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-ime");
+  std::wstring path = FolderOf(exe) + L"ime.txt";
+  WriteBytes(path, "ab\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  const LPARAM compositionString = 0x0008, compositionResult = 0x0800;
+  PostMessageW(editor, WM_KEYDOWN, VK_RIGHT, 0);
+  PostMessageW(editor, WM_IME_STARTCOMPOSITION, 0, 0);
+  PostMessageW(editor, WM_IME_COMPOSITION, 0x3131, compositionString);  // ㄱ
+  PostMessageW(editor, WM_IME_COMPOSITION, 0xAC00, compositionString);  // 가
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 2, Ln 1");  // the caret stays in front of it
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-composing.bmp");
+  PostMessageW(editor, WM_IME_COMPOSITION, 0xAC01, compositionString);  // 각
+  PostMessageW(editor, WM_IME_COMPOSITION, 0xAC01, compositionResult);
+  PostMessageW(editor, WM_CHAR, 0xAC01, 0);
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 4, Ln 1");
+  PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
+  Settle();
+  EXPECT_EQ(ReadBytes(path), "a\xEA\xB0\x81" "b\r\n");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
 }  // namespace
