@@ -219,4 +219,31 @@ TEST(EditorView, CompositionIsShownInPlaceAndReplaced) {
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 
+// A click places the caret (a click below the text lands on the last line), a drag selects, and
+// a typed character replaces the selection.
+TEST(EditorView, ClickAndDragSelect) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-mouse");
+  std::wstring path = FolderOf(exe) + L"mouse.txt";
+  WriteBytes(path, "one\r\ntwo\r\nthree\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 600));
+  PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(1, 600));
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 3");
+  PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));
+  PostMessageW(editor, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(1, 600));
+  PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(1, 600));
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-drag.bmp");
+  PostMessageW(editor, WM_CHAR, L'q', 0);
+  PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
+  Settle();
+  EXPECT_EQ(ReadBytes(path), "qthree\r\n");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
 }  // namespace
