@@ -1,7 +1,6 @@
 // Opening and saving a 50 MB EUC-KR C source (the MinGW-w64 headers with Korean comments from
 // tests/encoding/data) through quill-tool convert, against iconv to UTF-16 and back on the same
 // file in the same run; wall time and peak memory of each.
-#include <dirent.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,10 +11,9 @@
 #include <iterator>
 #include <string>
 
-namespace {
+#include "bench/header_corpus.h"
 
-constexpr size_t kSourceBytes = 50u << 20;
-const char kHeaders[] = "/usr/share/mingw-w64/include";
+namespace {
 
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -25,39 +23,34 @@ std::string ReadFile(const std::string& path) {
 // C text with a Korean comment line after every few lines, in EUC-KR, cut at a line end.
 std::string Corpus(const std::string& dataDir) {
   std::string korean = ReadFile(dataDir + "/korean_euckr.txt");
+  std::string headers = HeaderText();
   std::string text;
-  DIR* folder = opendir(kHeaders);
-  if (!folder || korean.empty()) return text;
+  if (korean.empty() || headers.empty()) return text;
   size_t comment = 0;
-  while (dirent* entry = readdir(folder)) {
-    std::string name = entry->d_name;
-    if (name.size() < 3 || name.substr(name.size() - 2) != ".h") continue;
-    std::string header = ReadFile(std::string(kHeaders) + "/" + name);
-    size_t lines = 0;
-    for (size_t start = 0, end; start < header.size(); start = end + 1) {
-      end = header.find('\n', start);
-      if (end == std::string::npos) end = header.size();
-      if (end - start > 2000) continue;  // keep every line within the editor's text check
-      // Without tabs and trailing blanks, opening and saving gives back the very same bytes.
-      std::string line = header.substr(start, end - start);
-      for (char& c : line) {
-        if (c == '\t') c = ' ';
-      }
-      while (!line.empty() && (line.back() == ' ' || line.back() == '\r')) line.pop_back();
-      text += line + "\r\n";
-      if (++lines % 8 == 0) {
-        size_t next = korean.find("\r\n", comment);
-        if (next == std::string::npos) next = comment = 0, next = korean.find("\r\n");
-        std::string remark = korean.substr(comment, next - comment);
-        while (!remark.empty() && remark.back() == ' ') remark.pop_back();
-        text += "// " + remark + "\r\n";
-        comment = next + 2;
-      }
+  size_t lines = 0;
+  for (size_t start = 0, end; text.size() <= kCorpusBytes; start = end + 1) {
+    if (start >= headers.size()) start = 0;
+    end = headers.find('\n', start);
+    if (end == std::string::npos) end = headers.size();
+    // Without tabs and trailing blanks, opening and saving gives back the very same bytes.
+    std::string line = headers.substr(start, end - start);
+    for (char& c : line) {
+      if (c == '\t') c = ' ';
     }
-    if (text.size() > kSourceBytes) break;
+    while (!line.empty() && (line.back() == ' ' || line.back() == '\r'))
+      line.pop_back();
+    text += line + "\r\n";
+    if (++lines % 8 == 0) {
+      size_t next = korean.find("\r\n", comment);
+      if (next == std::string::npos) next = comment = 0, next = korean.find("\r\n");
+      std::string remark = korean.substr(comment, next - comment);
+      while (!remark.empty() && remark.back() == ' ')
+        remark.pop_back();
+      text += "// " + remark + "\r\n";
+      comment = next + 2;
+    }
   }
-  closedir(folder);
-  text.resize(text.rfind("\r\n", kSourceBytes) + 2);
+  text.resize(text.rfind("\r\n", kCorpusBytes) + 2);
   return text;
 }
 
@@ -96,7 +89,7 @@ int main(int argc, char** argv) {
   std::string dataDir = argc > 1 ? argv[1] : "tests/encoding/data";
   std::string corpus = Corpus(dataDir);
   if (corpus.empty()) {
-    fprintf(stderr, "no corpus: %s or %s missing\n", kHeaders, dataDir.c_str());
+    fprintf(stderr, "no corpus: %s or %s missing\n", kHeaderFolder, dataDir.c_str());
     return 1;
   }
   std::string in = "/tmp/quill_document_bench.c";
@@ -105,13 +98,17 @@ int main(int argc, char** argv) {
   RunResult quill = Best(std::string(QUILL_TOOL) + " convert " + in + " " + out);
   bool same = ReadFile(out) == corpus;
   // One pipeline: its peak is the larger of the two iconv processes', as wait4 reports it.
-  RunResult iconv = Best("iconv -f CP949 -t UTF-16LE " + in + " | iconv -f UTF-16LE -t CP949 >" + out);
+  RunResult iconv =
+      Best("iconv -f CP949 -t UTF-16LE " + in + " | iconv -f UTF-16LE -t CP949 >" + out);
   double megabytes = static_cast<double>(corpus.size()) / (1 << 20);
-  printf("open+save %.1f MB EUC-KR: Quill %.3f s, peak %.1f MB (%.2fx the file)   iconv %.3f s, peak %.1f MB   "
-         "time ratio %.2f (target 3), memory target 4x%s\n",
-         megabytes, quill.seconds, quill.peakKilobytes / 1024.0, quill.peakKilobytes / 1024.0 / megabytes,
-         iconv.seconds, iconv.peakKilobytes / 1024.0, quill.seconds / iconv.seconds,
-         quill.status == 0 && same ? "" : "   (quill-tool failed or changed the text)");
+  printf(
+      "open+save %.1f MB EUC-KR: Quill %.3f s, peak %.1f MB (%.2fx the file)   iconv %.3f s, peak "
+      "%.1f MB   "
+      "time ratio %.2f (target 3), memory target 4x%s\n",
+      megabytes, quill.seconds, quill.peakKilobytes / 1024.0,
+      quill.peakKilobytes / 1024.0 / megabytes, iconv.seconds, iconv.peakKilobytes / 1024.0,
+      quill.seconds / iconv.seconds,
+      quill.status == 0 && same ? "" : "   (quill-tool failed or changed the text)");
   remove(in.c_str());
   remove(out.c_str());
   return 0;

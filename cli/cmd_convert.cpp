@@ -5,14 +5,10 @@
 #include <cstring>
 
 #include "cli/tool.h"
-#include "editor/document.h"
+#include "cli/tool_document.h"
 #include "editor/document_io.h"
-#include "editor/editor_host.h"
-#include "editor/editor_view.h"
 #include "encoding/text_encoding.h"
 #include "foundation/formatter.h"
-#include "foundation/host.h"
-#include "foundation/settings.h"
 
 namespace {
 
@@ -26,22 +22,6 @@ struct ConvertOptions {
   const char* in = nullptr;
   const char* out = nullptr;
 };
-
-// Messages go to stderr; a question gets its cancelling answer, as a user who is not there
-// would give.
-int PrintMessage(void*, const char* text, unsigned flags) {
-  fprintf(stderr, "quill-tool: convert: %s\n", text);
-  unsigned buttons = flags & 0xF;
-  return buttons == kMbOk ? kIdOk : buttons == kMbYesNo ? kIdNo : kIdCancel;
-}
-
-// The tab-width question answered with the chosen width and its box left checked.
-bool AnswerTabSize(void* context, int, TabSizeAnswer* answer) {
-  answer->size = *static_cast<int*>(context);
-  answer->keep = true;
-  answer->remember = false;
-  return true;
-}
 
 bool ParseNumber(const char* text, int low, int high, int* value) {
   char* end = nullptr;
@@ -89,48 +69,26 @@ bool ParseOptions(int argc, char** argv, ConvertOptions* options) {
 int RunConvertCommand(int argc, char** argv) {
   ConvertOptions options;
   if (!ParseOptions(argc, argv, &options)) return kExitUsage;
-  if (options.tab == 0) {
-    options.tab = ReadInt(kConfigSection, "DefTabSize", 8);
-    if (options.tab < 2 || options.tab > 16) options.tab = 8;
-  }
-  if (strlen(options.in) >= kPathSize || strlen(options.out) >= kPathSize) {
+  if (strlen(options.out) >= kPathSize) {
     fprintf(stderr, "quill-tool: convert: path too long\n");
     return kExitFailed;
   }
-  UiHost messages = {PrintMessage, nullptr};
-  const UiHost* previousMessages = SetUiHost(&messages);
-  EditorHost host = {};
-  host.context = &options.tab;
-  host.askTabSize = AnswerTabSize;
-  const EditorHost* previousHost = SetEditorHost(&host);
-
-  int status = kExitOk;
-  EditDocument* document = NewDocument();
-  EditorView view = {};
-  view.document = document;
-  if (!document) {
-    status = kExitFailed;
-  } else {
-    FormatStr(document->path, sizeof document->path, "%s", options.in);
-    document->encoding = static_cast<uint8_t>(options.from);
-    if (!LoadDocument(&view)) {
-      fprintf(stderr, "quill-tool: convert: cannot open %s\n", options.in);
-      status = kExitFailed;
+  ToolDocument tool;
+  int status = kExitFailed;
+  if (OpenToolDocument(&tool, "convert", options.in, options.from, options.tab)) {
+    EditDocument* document = tool.document;
+    if (options.to) document->encoding = static_cast<uint8_t>(options.to);
+    if (options.saveTab >= 0) document->tabSize = static_cast<uint8_t>(options.saveTab);
+    if (options.lfOnly >= 0) document->lfOnly = static_cast<uint8_t>(options.lfOnly);
+    if (options.bom >= 0) document->hasBom = static_cast<uint8_t>(options.bom);
+    FormatStr(document->path, sizeof document->path, "%s", options.out);
+    document->untitled = 0;
+    if (SaveDocument(&tool.view, true)) {
+      status = kExitOk;
     } else {
-      if (options.to) document->encoding = static_cast<uint8_t>(options.to);
-      if (options.saveTab >= 0) document->tabSize = static_cast<uint8_t>(options.saveTab);
-      if (options.lfOnly >= 0) document->lfOnly = static_cast<uint8_t>(options.lfOnly);
-      if (options.bom >= 0) document->hasBom = static_cast<uint8_t>(options.bom);
-      FormatStr(document->path, sizeof document->path, "%s", options.out);
-      document->untitled = 0;
-      if (!SaveDocument(&view, true)) {
-        fprintf(stderr, "quill-tool: convert: cannot write %s\n", options.out);
-        status = kExitFailed;
-      }
+      fprintf(stderr, "quill-tool: convert: cannot write %s\n", options.out);
     }
   }
-  FreeDocument(document);
-  SetEditorHost(previousHost);
-  SetUiHost(previousMessages);
+  CloseToolDocument(&tool);
   return status;
 }

@@ -3,13 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
-#ifdef _WIN32
-#include <direct.h>
-#else
-#include <unistd.h>
-#endif
-
 #include "cli/tool.h"
+#include "cli/tool_support.h"
 #include "csource/csource_owners.h"
 #include "csource/parse_source.h"
 #include "csource/preprocessor.h"
@@ -18,7 +13,6 @@
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
 #include "foundation/host.h"
-#include "foundation/unicode.h"
 #include "project/project.h"
 #include "project/project_file.h"
 #include "project/project_host.h"
@@ -26,44 +20,6 @@
 namespace {
 
 constexpr int kMaxDefines = 256;
-
-int PrintMessage(void*, const char* text, unsigned flags) {
-  fprintf(stderr, "quill-tool: %s\n", text);
-  unsigned buttons = flags & 0xF;
-  return buttons == kMbOk ? kIdOk : buttons == kMbYesNo ? kIdNo : kIdCancel;
-}
-bool NoEditors(void*) {
-  return false;
-}
-void NothingToSave(void*) {}
-bool DoNotStart(void*, const char*, int) {
-  return true;
-}
-void NoFileList(void*) {}
-
-// `path` made absolute with '/' separators, as the editor names its files.
-bool AbsolutePath(const char* path, char* target, int size) {
-  bool absolute = path[0] == '/' || path[0] == '\\' || (path[0] && path[1] == ':');
-  char current[kProjectPathSize] = "";
-  if (!absolute) {
-#ifdef _WIN32
-    wchar_t wide[kProjectPathSize];
-    if (!_wgetcwd(wide, kProjectPathSize)) return false;
-    int length = Utf16ToUtf8(reinterpret_cast<const char16_t*>(wide), -1, current,
-                             kProjectPathSize - 1);
-    current[length > 0 ? length : 0] = '\0';
-#else
-    if (!getcwd(current, sizeof current)) return false;
-#endif
-  }
-  const char* separator =
-      absolute || (current[0] && current[strlen(current) - 1] == '/') ? "" : "/";
-  if (FormatStr(target, size, "%s%s%s", current, separator, path) > size) return false;
-  for (char* p = target; *p; ++p) {
-    if (*p == '\\') *p = '/';
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -103,7 +59,7 @@ int RunLookupCommand(int argc, char** argv) {
   if (count != 2) return kExitUsage;
 
   char source[kProjectPathSize];
-  if (!AbsolutePath(names[0], source, sizeof source)) {
+  if (!AbsoluteToolPath(names[0], source, sizeof source)) {
     fprintf(stderr, "quill-tool: lookup: %s: path too long\n", names[0]);
     return kExitFailed;
   }
@@ -112,16 +68,15 @@ int RunLookupCommand(int argc, char** argv) {
     return kExitFailed;
   }
 
-  UiHost ui{PrintMessage, nullptr};
+  UiHost ui{PrintToolMessage, nullptr};
   const UiHost* previousUi = SetUiHost(&ui);
-  ProjectHost host{nullptr, NoEditors, NothingToSave, DoNotStart, NoFileList};
-  const ProjectHost* previousHost = SetProjectHost(&host);
+  const ProjectHost* previousHost = SetProjectHost(&kToolProjectHost);
   int status = kExitFailed;
   Project project{};
   bool ready = true;
   if (projectPath) {
     char path[kProjectPathSize];
-    ready = AbsolutePath(projectPath, path, sizeof path) && LoadProject(&project, path);
+    ready = AbsoluteToolPath(projectPath, path, sizeof path) && LoadProject(&project, path);
     if (!ready) fprintf(stderr, "quill-tool: lookup: %s: not a project\n", projectPath);
   }
   if (ready) {

@@ -1,5 +1,7 @@
 #include "cli/tool_document.h"
 
+#include "cli/tool_support.h"
+
 #include <cstdio>
 #include <cstring>
 
@@ -8,12 +10,6 @@
 #include "foundation/settings.h"
 
 namespace {
-
-int PrintMessage(void* context, const char* text, unsigned flags) {
-  fprintf(stderr, "quill-tool: %s: %s\n", static_cast<ToolDocument*>(context)->command, text);
-  unsigned buttons = flags & 0xF;
-  return buttons == kMbOk ? kIdOk : buttons == kMbYesNo ? kIdNo : kIdCancel;
-}
 
 bool AnswerTabSize(void* context, int, TabSizeAnswer* answer) {
   answer->size = static_cast<ToolDocument*>(context)->tabSize;
@@ -24,7 +20,8 @@ bool AnswerTabSize(void* context, int, TabSizeAnswer* answer) {
 
 }  // namespace
 
-bool OpenToolDocument(ToolDocument* tool, const char* command, const char* path, int encoding, int tabSize) {
+bool OpenToolDocument(ToolDocument* tool, const char* command, const char* path, int encoding,
+                      int tabSize) {
   memset(tool, 0, sizeof *tool);
   tool->command = command;
   tool->tabSize = tabSize;
@@ -32,7 +29,7 @@ bool OpenToolDocument(ToolDocument* tool, const char* command, const char* path,
     tool->tabSize = ReadInt(kConfigSection, "DefTabSize", 8);
     if (tool->tabSize < 2 || tool->tabSize > 16) tool->tabSize = 8;
   }
-  tool->messages = {PrintMessage, tool};
+  tool->messages = {PrintToolMessage, const_cast<char*>(command)};
   tool->previousMessages = SetUiHost(&tool->messages);
   tool->editorHost.context = tool;
   tool->editorHost.askTabSize = AnswerTabSize;

@@ -23,3 +23,20 @@ void CollapseSelection(EditorView* view) {
   view->selStartColumn = view->selEndColumn = view->caretColumn;
   view->selStartLine = view->selEndLine = view->caretLine;
 }
+
+bool PlaceCaret(EditorView* view, int column, int line, bool extend) {
+  bool hadSelection = HasSelection(view);
+  if (extend && !hadSelection) {
+    view->selStartColumn = view->caretColumn;
+    view->selStartLine = view->caretLine;
+  }
+  view->caretColumn = column;
+  view->caretLine = line;
+  if (extend) {
+    view->selEndColumn = column;
+    view->selEndLine = line;
+  } else {
+    CollapseSelection(view);
+  }
+  return hadSelection || HasSelection(view);
+}

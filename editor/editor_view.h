@@ -39,3 +39,7 @@ inline bool HasSelection(const EditorView* view) {
 Selection NormalisedSelection(const EditorView* view);
 // Makes the selection empty at the caret.
 void CollapseSelection(EditorView* view);
+// Puts the caret at (column, line). With `extend` the selection stretches from where the caret
+// was (or from the old selection's start), otherwise it goes. True when a selection was or is
+// shown, so that the view has to be repainted.
+bool PlaceCaret(EditorView* view, int column, int line, bool extend);

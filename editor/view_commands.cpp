@@ -14,21 +14,9 @@ constexpr int kStatusMessagePart = 2;
 void MoveCaretKeepingSelection(EditorView* view, int column, int line, bool extend) {
   PushUndoMark(view, kUndoCaret, view->caretColumn, view->caretLine);
   PushUndoMark(view, kUndoCaret, column, line);
-  bool hadSelection = HasSelection(view);
-  if (extend && !hadSelection) {
-    view->selStartColumn = view->caretColumn;
-    view->selStartLine = view->caretLine;
-  }
-  view->caretColumn = column;
-  view->caretLine = line;
-  if (extend) {
-    view->selEndColumn = column;
-    view->selEndLine = line;
-  } else {
-    CollapseSelection(view);
-  }
+  bool repaint = PlaceCaret(view, column, line, extend);
   EditorCaretMoved(view);
-  if (hadSelection || HasSelection(view)) EditorRepaintAll(view);
+  if (repaint) EditorRepaintAll(view);
 }
 
 }  // namespace

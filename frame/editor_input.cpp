@@ -23,21 +23,8 @@ HWND WindowOf(const EditorWindow* editor) {
 // Moves the caret; with `extend` the selection stretches from where it was to the new place,
 // otherwise it goes. Repaints when the selection changed.
 void MoveCaret(EditorWindow* editor, int column, int line, bool extend) {
-  EditorView* view = &editor->view;
-  bool had = HasSelection(view);
-  if (extend && !had) {
-    view->selStartColumn = view->caretColumn;
-    view->selStartLine = view->caretLine;
-  }
-  view->caretColumn = column;
-  view->caretLine = line;
-  if (extend) {
-    view->selEndColumn = column;
-    view->selEndLine = line;
-  } else {
-    CollapseSelection(view);
-  }
-  if (extend || had) InvalidateRect(WindowOf(editor), nullptr, FALSE);
+  if (PlaceCaret(&editor->view, column, line, extend))
+    InvalidateRect(WindowOf(editor), nullptr, FALSE);
   CaretFollows(editor);
 }
 
@@ -139,7 +126,8 @@ void UpdateScrollBar(EditorWindow* editor) {
   EditDocument* document = editor->document;
   int range = document->lineCount > 0 ? document->lineCount - 1 : 0;
   int scale = 1;
-  while (range / scale > kScrollLimit) scale *= 10;
+  while (range / scale > kScrollLimit)
+    scale *= 10;
   document->scrollScale = scale;
   HWND window = WindowOf(editor);
   SetScrollRange(window, SB_VERT, 0, range / scale, FALSE);
@@ -163,13 +151,17 @@ void CaretFollows(EditorWindow* editor) {
   EditorView* view = &editor->view;
   int page = PageLines(view);
   int first = view->firstLine;
-  if (view->caretLine < first) first = view->caretLine;
-  else if (view->caretLine >= first + page) first = view->caretLine - page + 1;
+  if (view->caretLine < first)
+    first = view->caretLine;
+  else if (view->caretLine >= first + page)
+    first = view->caretLine - page + 1;
   int columns = view->textWidth / CellWidth();
   if (columns < 4) columns = 4;
   int firstColumn = view->firstColumn;
-  if (view->caretColumn < firstColumn) firstColumn = view->caretColumn;
-  else if (view->caretColumn + 2 > firstColumn + columns) firstColumn = view->caretColumn + 2 - columns;
+  if (view->caretColumn < firstColumn)
+    firstColumn = view->caretColumn;
+  else if (view->caretColumn + 2 > firstColumn + columns)
+    firstColumn = view->caretColumn + 2 - columns;
   if (first != view->firstLine || firstColumn != view->firstColumn) {
     view->firstLine = first;
     view->firstColumn = firstColumn;
@@ -330,12 +322,24 @@ void EditorVerticalScroll(EditorWindow* editor, int request) {
   int page = PageLines(view);
   int scale = editor->document->scrollScale > 0 ? editor->document->scrollScale : 1;
   switch (LOWORD(request)) {
-    case SB_LINEUP: ScrollToLine(editor, view->firstLine - 1); return;
-    case SB_LINEDOWN: ScrollToLine(editor, view->firstLine + 1); return;
-    case SB_PAGEUP: ScrollToLine(editor, view->firstLine - page); return;
-    case SB_PAGEDOWN: ScrollToLine(editor, view->firstLine + page); return;
-    case SB_TOP: ScrollToLine(editor, 0); return;
-    case SB_BOTTOM: ScrollToLine(editor, editor->document->lineCount - page); return;
+    case SB_LINEUP:
+      ScrollToLine(editor, view->firstLine - 1);
+      return;
+    case SB_LINEDOWN:
+      ScrollToLine(editor, view->firstLine + 1);
+      return;
+    case SB_PAGEUP:
+      ScrollToLine(editor, view->firstLine - page);
+      return;
+    case SB_PAGEDOWN:
+      ScrollToLine(editor, view->firstLine + page);
+      return;
+    case SB_TOP:
+      ScrollToLine(editor, 0);
+      return;
+    case SB_BOTTOM:
+      ScrollToLine(editor, editor->document->lineCount - page);
+      return;
     case SB_THUMBTRACK:
     case SB_THUMBPOSITION: {
       SCROLLINFO info = {};
