@@ -29,7 +29,8 @@ std::string Corpus(const std::string& dataDir, const char* encoding) {
   std::string source = ReadFile(dataDir + "/source_" + encoding + ".c");
   std::string corpus;
   corpus.reserve(kCorpusBytes + prose.size() + source.size());
-  while (corpus.size() < kCorpusBytes) corpus += prose + source;
+  while (corpus.size() < kCorpusBytes)
+    corpus += prose + source;
   return corpus;
 }
 
@@ -64,8 +65,8 @@ using EncodeCount = int (*)(const char16_t*, int);
 
 // Decodes every line, then encodes every line back; returns the bytes written back.
 size_t RoundTripByLines(const std::string& data, const std::vector<std::pair<size_t, int>>& lines,
-                        DecodeCount decodeCount, Decode decode, EncodeCount encodeCount, Encode encode,
-                        std::vector<char16_t>* units, std::vector<char>* bytes) {
+                        DecodeCount decodeCount, Decode decode, EncodeCount encodeCount,
+                        Encode encode, std::vector<char16_t>* units, std::vector<char>* bytes) {
   size_t written = 0;
   for (const auto& line : lines) {
     const char* text = data.data() + line.first;
@@ -101,8 +102,9 @@ size_t IconvRoundTrip(const std::string& data, const char* charset, std::vector<
   return back->size() - targetLeft;
 }
 
-void Measure(const char* name, const std::string& data, const char* iconvCharset, DecodeCount decodeCount,
-             Decode decode, EncodeCount encodeCount, Encode encode, double target) {
+void Measure(const char* name, const std::string& data, const char* iconvCharset,
+             DecodeCount decodeCount, Decode decode, EncodeCount encodeCount, Encode encode,
+             double target) {
   std::vector<std::pair<size_t, int>> lines = Lines(data);
   std::vector<char16_t> units;
   std::vector<char> bytes;
@@ -113,13 +115,17 @@ void Measure(const char* name, const std::string& data, const char* iconvCharset
   double ourSeconds = BestSeconds([&] {
     ours = RoundTripByLines(data, lines, decodeCount, decode, encodeCount, encode, &units, &bytes);
   });
-  double theirSeconds = BestSeconds([&] { theirs = IconvRoundTrip(data, iconvCharset, &wide, &back); });
+  double theirSeconds =
+      BestSeconds([&] { theirs = IconvRoundTrip(data, iconvCharset, &wide, &back); });
   double megabytes = static_cast<double>(data.size()) / (1 << 20);
-  printf("%-6s %6.1f MB round trip: Quill %6.3f s (%6.1f MB/s)   iconv %6.3f s (%6.1f MB/s)   ratio %.2f (target %.1f)\n",
-         name, megabytes, ourSeconds, megabytes / ourSeconds, theirSeconds, megabytes / theirSeconds,
-         ourSeconds / theirSeconds, target);
+  printf(
+      "%-6s %6.1f MB round trip: Quill %6.3f s (%6.1f MB/s)   iconv %6.3f s (%6.1f MB/s)   ratio "
+      "%.2f (target %.1f)\n",
+      name, megabytes, ourSeconds, megabytes / ourSeconds, theirSeconds, megabytes / theirSeconds,
+      ourSeconds / theirSeconds, target);
   // Both wrote back the text without its line ends.
-  if (ours + 2 * lines.size() < theirs - 2 || ours > theirs) printf("       (sizes differ: %zu vs %zu)\n", ours, theirs);
+  if (ours + 2 * lines.size() < theirs - 2 || ours > theirs)
+    printf("       (sizes differ: %zu vs %zu)\n", ours, theirs);
 }
 
 }  // namespace

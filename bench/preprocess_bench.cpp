@@ -21,7 +21,8 @@ bool Run(const std::string& command, double* seconds, long* peakKb) {
   pid_t child = fork();
   if (child < 0) return false;
   if (child == 0) {
-    execl("/bin/sh", "sh", "-c", (command + " >/dev/null 2>&1").c_str(), static_cast<char*>(nullptr));
+    execl("/bin/sh", "sh", "-c", (command + " >/dev/null 2>&1").c_str(),
+          static_cast<char*>(nullptr));
     _exit(127);
   }
   int status = 0;
@@ -64,8 +65,8 @@ int main(int argc, char** argv) {
     return 1;
   }
   printf("%-40s %8.1f ms %7ld KB   %-12s %8.1f ms %7ld KB   ratio %.2f\n",
-         "lookup CreateWindowExW <windows.h>", ours * 1e3, oursKb, "gcc -E", theirs * 1e3,
-         theirsKb, ours / theirs);
+         "lookup CreateWindowExW <windows.h>", ours * 1e3, oursKb, "gcc -E", theirs * 1e3, theirsKb,
+         ours / theirs);
   std::remove(source.c_str());
   return 0;
 }

@@ -166,8 +166,8 @@ uint32_t DivideDecimal(DecimalNumber* a, const DecimalNumber& b) {
       carry = value / kGroupBase;
     }
   }
-  return StoreDecimal(left.negative != right.negative, left.exponent - right.exponent + 1,
-                      quotient, kQuotient, true, a);
+  return StoreDecimal(left.negative != right.negative, left.exponent - right.exponent + 1, quotient,
+                      kQuotient, true, a);
 }
 
 uint32_t PowerDecimalWithin(DecimalNumber* a, const DecimalNumber& b, int* stepsLeft) {

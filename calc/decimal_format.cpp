@@ -113,8 +113,8 @@ void AppendCharacters(Text* text, const uint32_t* words) {
     if (IsDoubleByteLead(c) && i + 1 < kIntegerBytes && IsDoubleByteLead(bytes[i + 1])) {
       char16_t wide[2];
       char utf8[8];
-      int units = OsCodePageToWide(kCodePageKorean, reinterpret_cast<const char*>(bytes + i), 2,
-                                   wide, 2);
+      int units =
+          OsCodePageToWide(kCodePageKorean, reinterpret_cast<const char*>(bytes + i), 2, wide, 2);
       int length = units == 1 ? Utf16ToUtf8(wide, 1, utf8, sizeof utf8 - 1) : 0;
       if (length > 0) {
         utf8[length] = '\0';
@@ -185,7 +185,7 @@ void FormatDecimalResult(char* buffer, int size, const DecimalNumber& value) {
   DecimalParts parts;
   UnpackDecimal(value, &parts);
   if (parts.negative) AppendChar(&text, '-');
-  int shown = 0;  // the exponent printed after the digits
+  int shown = 0;   // the exponent printed after the digits
   int before = 0;  // digits before the point
   if (parts.exponent >= 1 && parts.exponent < kDecimalDigits) {
     before = parts.exponent;

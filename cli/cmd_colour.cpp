@@ -22,7 +22,8 @@ int RunColourCommand(int argc, char** argv) {
         bool starts = LineStartsInComment(document, i);
         line->commentState = ColourLine(&runs, line->text, line->length, i, starts) ? 1 : 0;
         for (int run = 0; run < runs->count; ++run)
-          printf(run ? " %d:%d" : "%d:%d", runs->entries[run].start, runs->entries[run].colourClass);
+          printf(run ? " %d:%d" : "%d:%d", runs->entries[run].start,
+                 runs->entries[run].colourClass);
       }
       putchar('\n');
     }

@@ -23,7 +23,8 @@ int RunDetectCommand(int argc, char** argv) {
     fprintf(stderr, "quill-tool: detect: %s is too large\n", argv[0]);
   } else {
     int bomLength = 0;
-    int encoding = DetectTextEncoding(data, static_cast<int>(length), ReadUnrecognisedEncoding(), &bomLength);
+    int encoding =
+        DetectTextEncoding(data, static_cast<int>(length), ReadUnrecognisedEncoding(), &bomLength);
     printf("%s%s\n", EncodingName(encoding), bomLength ? " BOM" : "");
   }
   FreeMem(data);

@@ -35,8 +35,10 @@ int RunCmdline(int argc, char** argv) {
   char path[kCommandPathSize];
   bool withFile = ParseCommandLine(argv[0], path);
   PrintLine(path);
-  if (!path[0]) PrintLine("none");
-  else PrintLine(withFile ? "document" : "project");
+  if (!path[0])
+    PrintLine("none");
+  else
+    PrintLine(withFile ? "document" : "project");
   return kExitOk;
 }
 

@@ -18,7 +18,8 @@ const ToolCommand kCommands[] = {
      "                                    byte) or null"},
     {"hexdump", RunHexDumpCommand,
      "hexdump FILE                        the log's hex dump of a file"},
-    {"lang", RunLangCommand, "lang FILE KEY                       a language file's entry for a number or a name"},
+    {"lang", RunLangCommand,
+     "lang FILE KEY                       a language file's entry for a number or a name"},
     {"str", RunStrCommand, "str ID [LANGUAGE-FILE]              the program's text for string ID"},
     {"ini", RunIniCommand,
      "ini get FILE SECTION KEY [DEFAULT]  a profile file's value as the settings store reads it\n"
@@ -53,7 +54,8 @@ const ToolCommand kCommands[] = {
     {"lookup", RunLookupCommand,
      "lookup [-I DIR]... [-D NAME[=VALUE]]... [--project PRJ] SOURCE WORD\n"
      "                                    what the parser window shows for WORD at a caret in\n"
-     "                                    SOURCE: the preprocessor's messages, then the definition"},
+     "                                    SOURCE: the preprocessor's messages, then the "
+     "definition"},
     {"frame", RunFrameCommand,
      "frame cmdline LINE | status COL LN [--modified] | menu MODE QUICK PROJECT |\n"
      "      command ID | session INI | font FILE\n"

@@ -21,5 +21,6 @@ struct ToolDocument {
 
 // Loads `path` (encoding 0 detects; tabSize 0 takes `DefTabSize`). False, with the reason on
 // stderr, when it could not be opened; CloseToolDocument is due either way.
-bool OpenToolDocument(ToolDocument* tool, const char* command, const char* path, int encoding, int tabSize);
+bool OpenToolDocument(ToolDocument* tool, const char* command, const char* path, int encoding,
+                      int tabSize);
 void CloseToolDocument(ToolDocument* tool);

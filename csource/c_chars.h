@@ -41,8 +41,8 @@ inline const char* SkipCNumber(const char* p, const char* end) {
   while (p < end) {
     if (IsCIdentChar(*p) || *p == '.') {
       ++p;
-    } else if ((*p == '+' || *p == '-') && (p[-1] == 'e' || p[-1] == 'E' || p[-1] == 'p' ||
-                                            p[-1] == 'P')) {
+    } else if ((*p == '+' || *p == '-') &&
+               (p[-1] == 'e' || p[-1] == 'E' || p[-1] == 'p' || p[-1] == 'P')) {
       ++p;
     } else {
       break;

@@ -127,8 +127,8 @@ void ZeroIdentifiers(TextBuffer* text) {
       // The evaluator knows "U", "L" and "UL"; "LL", "ULL" and "i64" are cut.
       size_t keep = e;
       bool hex = e - r > 1 && t[r] == '0' && (t[r + 1] == 'x' || t[r + 1] == 'X');
-      while (keep > r + 1 && (t[keep - 1] == 'u' || t[keep - 1] == 'U' || t[keep - 1] == 'l' ||
-                              t[keep - 1] == 'L'))
+      while (keep > r + 1 &&
+             (t[keep - 1] == 'u' || t[keep - 1] == 'U' || t[keep - 1] == 'l' || t[keep - 1] == 'L'))
         --keep;
       if (keep - r > 3 && t[keep - 3] == 'i' && t[keep - 2] == '6' && t[keep - 1] == '4' && !hex)
         keep -= 3;
@@ -167,8 +167,8 @@ int32_t CalcCondition(const TextBuffer* text, const char* fileName, uint32_t lin
   int32_t value = 0;
   CalcMathExpression(TextOf(text), 0, 0, &error, &value);
   if (error == 0) return value;
-  DebugLog("%s #%d CalcMathExpression('%s') Err=%d, Value=%d\r\n", fileName,
-           static_cast<int>(line), TextOf(text), static_cast<int>(error), value);
+  DebugLog("%s #%d CalcMathExpression('%s') Err=%d, Value=%d\r\n", fileName, static_cast<int>(line),
+           TextOf(text), static_cast<int>(error), value);
   ReportSyntaxError(sink, fileName, static_cast<int>(line), code);
   return 0;
 }

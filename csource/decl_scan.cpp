@@ -24,23 +24,26 @@ bool IsOneOf(const char* p, size_t length, const char* const* words) {
   return false;
 }
 
-const char* const kCallConvs[] = {"__stdcall", "_stdcall", "__cdecl", "_cdecl", "__fastcall",
-                                  "_fastcall", "__thiscall", "__vectorcall", "__clrcall",
-                                  "__pascal", "_pascal", "__syscall", nullptr};
+const char* const kCallConvs[] = {
+    "__stdcall",    "_stdcall",  "__cdecl",  "_cdecl",  "__fastcall", "_fastcall", "__thiscall",
+    "__vectorcall", "__clrcall", "__pascal", "_pascal", "__syscall",  nullptr};
 // Words whose parenthesised group is no declarator.
-const char* const kAttributes[] = {"__declspec", "_declspec", "__attribute__", "__attribute",
-                                   "__asm__", "__asm", "asm", "__pragma", "_Pragma", "__typeof__",
-                                   "__typeof", "typeof", "_Alignas", "alignas", "__alignof__",
-                                   "_Static_assert", "static_assert", nullptr};
+const char* const kAttributes[] = {
+    "__declspec", "_declspec", "__attribute__", "__attribute",    "__asm__",       "__asm",
+    "asm",        "__pragma",  "_Pragma",       "__typeof__",     "__typeof",      "typeof",
+    "_Alignas",   "alignas",   "__alignof__",   "_Static_assert", "static_assert", nullptr};
 const char* const kKeywords[] = {
-    "auto", "break", "case", "char", "const", "continue", "default", "do", "double", "else",
-    "enum", "extern", "float", "for", "goto", "if", "inline", "int", "long", "register",
-    "restrict", "return", "short", "signed", "sizeof", "static", "struct", "switch", "typedef",
-    "union", "unsigned", "void", "volatile", "while", "_Bool", "_Complex", "__int8", "__int16",
-    "__int32", "__int64", "__inline", "__inline__", "__forceinline", "__restrict", "__restrict__",
-    "__const", "__volatile__", "__volatile", "__extension__", "__unaligned", "__ptr32",
-    "__ptr64", "__w64", "__signed__", "__signed", "bool", "class", "_Noreturn", "__unsigned",
-    "__int128", nullptr};
+    "auto",          "break",       "case",         "char",      "const",        "continue",
+    "default",       "do",          "double",       "else",      "enum",         "extern",
+    "float",         "for",         "goto",         "if",        "inline",       "int",
+    "long",          "register",    "restrict",     "return",    "short",        "signed",
+    "sizeof",        "static",      "struct",       "switch",    "typedef",      "union",
+    "unsigned",      "void",        "volatile",     "while",     "_Bool",        "_Complex",
+    "__int8",        "__int16",     "__int32",      "__int64",   "__inline",     "__inline__",
+    "__forceinline", "__restrict",  "__restrict__", "__const",   "__volatile__", "__volatile",
+    "__extension__", "__unaligned", "__ptr32",      "__ptr64",   "__w64",        "__signed__",
+    "__signed",      "bool",        "class",        "_Noreturn", "__unsigned",   "__int128",
+    nullptr};
 const char* const kTagWords[] = {"struct", "union", "enum", "class", nullptr};
 
 bool IsCallConv(const char* p, size_t length) {
@@ -196,8 +199,8 @@ bool HasWord(const char* p, const char* end, const char* const* words) {
 // Where the declarator of a name begins: back over blanks, '*', '&', '(' and the words that may
 // stand among them.
 const char* DeclaratorStart(const char* text, const char* name) {
-  const char* const kQualifiers[] = {"const", "volatile", "__ptr32", "__ptr64", "__unaligned",
-                                     "__restrict", "restrict", nullptr};
+  const char* const kQualifiers[] = {"const",       "volatile",   "__ptr32",  "__ptr64",
+                                     "__unaligned", "__restrict", "restrict", nullptr};
   const char* p = name;
   while (p > text) {
     char c = p[-1];
@@ -364,7 +367,8 @@ void Analyze(Scanner& s, const char* p, const char* end, bool isTypedef) {
     } else if (first) {
       baseLength = static_cast<size_t>(declEnd - base);
       // "struct tag;" declares only the tag.
-      if (!HasWord(p, declEnd, kTagWords)) Report(s, isTypedef ? kSyntaxTypedef : kSyntaxDeclaration);
+      if (!HasWord(p, declEnd, kTagWords))
+        Report(s, isTypedef ? kSyntaxTypedef : kSyntaxDeclaration);
     }
     first = false;
     p = partEnd < end ? partEnd + 1 : end;

@@ -83,7 +83,8 @@ int ParseParams(const char* params, Span* names, bool* variadic) {
       const char* e = p;
       while (IsCIdentChar(*e))
         ++e;
-      if (count < kMaxParams) names[count++] = {static_cast<size_t>(p - params), static_cast<size_t>(e - p)};
+      if (count < kMaxParams)
+        names[count++] = {static_cast<size_t>(p - params), static_cast<size_t>(e - p)};
       p = e;
     } else {
       if (p[0] == '.' && p[1] == '.' && p[2] == '.') *variadic = true;
@@ -338,9 +339,10 @@ int ExpandRange(Expander& ex, TextBuffer* buffer, size_t start, size_t* stopped,
     }
     size_t nameEnd = static_cast<size_t>(SkipCIdent(t + pos, end) - t);
     size_t nameLength = nameEnd - pos;
-    SymbolRecord* record = nameLength <= static_cast<size_t>(kMaxMacroName)
-                               ? FindSymbol(ex.table, t + pos, static_cast<int>(nameLength), kSymbolMacro)
-                               : nullptr;
+    SymbolRecord* record =
+        nameLength <= static_cast<size_t>(kMaxMacroName)
+            ? FindSymbol(ex.table, t + pos, static_cast<int>(nameLength), kSymbolMacro)
+            : nullptr;
     if (!record) {
       pos = nameEnd;
       continue;
@@ -384,7 +386,8 @@ int ExpandRange(Expander& ex, TextBuffer* buffer, size_t start, size_t* stopped,
     InitText(&replacement, kOwnerExpandWork);
     bool built = BuildReplacement(ex, record, t, args, argCount, &replacement);
     size_t replacedLength = invocationEnd - pos;
-    if (!built || !ReplaceText(buffer, pos, replacedLength, TextOf(&replacement), replacement.length)) {
+    if (!built ||
+        !ReplaceText(buffer, pos, replacedLength, TextOf(&replacement), replacement.length)) {
       FreeText(&replacement);
       *stopped = buffer->length;
       return 0;

@@ -17,6 +17,6 @@ int ExpandMacros(SymbolTable* table, TextBuffer* buffer, size_t start, size_t* s
                  const SourcePlace* place);
 
 // Bounds of one ExpandMacros call.
-constexpr size_t kMaxExpandGrowth = 4u << 20;   // bytes the buffer may grow by
-constexpr long kMaxExpansions = 1L << 17;        // invocations replaced
-constexpr int kMaxMacroName = 63;                // longer names are never looked up
+constexpr size_t kMaxExpandGrowth = 4u << 20;  // bytes the buffer may grow by
+constexpr long kMaxExpansions = 1L << 17;      // invocations replaced
+constexpr int kMaxMacroName = 63;              // longer names are never looked up

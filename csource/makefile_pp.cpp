@@ -56,7 +56,8 @@ bool Expand(const SymbolTable* table, const char* text, size_t length, TextBuffe
     if (skipName && strlen(skipName) == nameLength && memcmp(skipName, name, nameLength) == 0) {
       continue;
     }
-    const SymbolRecord* record = FindSymbol(table, name, static_cast<int>(nameLength), kSymbolMacro);
+    const SymbolRecord* record =
+        FindSymbol(table, name, static_cast<int>(nameLength), kSymbolMacro);
     if (!record) continue;
     if (depth < kMaxReferenceDepth) {
       Expand(table, record->body, strlen(record->body), out, depth + 1, nullptr);
@@ -212,8 +213,7 @@ bool MakeDirective(MakeRun& run, const char* text, unsigned line) {
       const char* ignored;
       SplitSourcePath(run.path, folder, sizeof folder, &ignored);
       char path[kSourcePathSize];
-      if (*n && run.depth + 1 < kMaxMakefileDepth &&
-          JoinSourcePath(folder, n, path, sizeof path)) {
+      if (*n && run.depth + 1 < kMaxMakefileDepth && JoinSourcePath(folder, n, path, sizeof path)) {
         PreprocessMakefile(run.table, path, run.depth + 1, run.sink);
       }
     }
@@ -272,7 +272,8 @@ void Definition(MakeRun& run, const char* text) {
 
 }  // namespace
 
-bool ExpandMakefileText(const SymbolTable* table, const char* text, size_t length, TextBuffer* out) {
+bool ExpandMakefileText(const SymbolTable* table, const char* text, size_t length,
+                        TextBuffer* out) {
   return Expand(table, text, length, out, 0, nullptr);
 }
 

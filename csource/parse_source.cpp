@@ -58,8 +58,8 @@ bool DefineOptionMacro(SymbolTable* table, const char* text, int length) {
   if (nameLength <= 0) return false;
   const char* value = equals ? equals + 1 : "";
   int valueLength = equals ? static_cast<int>(text + length - value) : 0;
-  return InsertSymbol(table, NewSymbol(kSymbolMacro, "MAKEFILE", 0, text, nameLength, "", 0, value,
-                                       valueLength));
+  return InsertSymbol(
+      table, NewSymbol(kSymbolMacro, "MAKEFILE", 0, text, nameLength, "", 0, value, valueLength));
 }
 
 void ScanCompilerOptions(SymbolTable* table, const char* options, const char* makefileFolder,
@@ -137,7 +137,8 @@ int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink
       AppendInclude(includePaths, sizeof includePaths, options->includePaths);
   }
 
-  if (EndsWithCpp(sourcePath)) AddSymbol(table, kSymbolMacro, "VC9", 0, "__cplusplus", "", "199711");
+  if (EndsWithCpp(sourcePath))
+    AddSymbol(table, kSymbolMacro, "VC9", 0, "__cplusplus", "", "199711");
   if (strcmp(compiler, "VC9") == 0) {
     AddSymbol(table, kSymbolMacro, "VC9", 0, "_MSC_VER", "", "1500");
     AddSymbol(table, kSymbolMacro, "VC9", 0, "_MSC_FULL_VER", "", "150021022");

@@ -9,8 +9,8 @@ struct TextBuffer;
 // What a run takes besides the file. quill-tool's -I and -D stand as if they came from the
 // makefile's C options.
 struct ParseOptions {
-  Project* project;  // the open project, or null
-  const char* includePaths;  // further ';'-separated include folders, or null
+  Project* project;            // the open project, or null
+  const char* includePaths;    // further ';'-separated include folders, or null
   const char* const* defines;  // "NAME" or "NAME=VALUE"
   int defineCount;
 };

@@ -102,7 +102,8 @@ void Expand(FileRun& run, unsigned line) {
     while (from < run.out.length && IsCIdentChar(run.out.text[from]))
       ++from;
     run.expandFrom = from;
-    run.unfinished = ExpandMacros(run.table, &run.out, run.expandFrom, &run.expandFrom, &place) == 1;
+    run.unfinished =
+        ExpandMacros(run.table, &run.out, run.expandFrom, &run.expandFrom, &place) == 1;
   }
 }
 
@@ -207,10 +208,9 @@ void Define(FileRun& run, const char* text, unsigned line) {
     NormalizeDeclText(p, strlen(p), false, &body);
   }
   if (!params.failed && !body.failed) {
-    SymbolRecord* record =
-        NewSymbol(kSymbolMacro, run.fileName, line, name, static_cast<int>(nameLength),
-                  TextOf(&params), static_cast<int>(params.length), TextOf(&body),
-                  static_cast<int>(body.length));
+    SymbolRecord* record = NewSymbol(
+        kSymbolMacro, run.fileName, line, name, static_cast<int>(nameLength), TextOf(&params),
+        static_cast<int>(params.length), TextOf(&body), static_cast<int>(body.length));
     if (record && callable) record->flags |= kSymbolFlagCallable;
     InsertSymbol(run.table, record);
   }
@@ -263,7 +263,8 @@ bool Directive(FileRun& run, unsigned line) {
   bool isIfndef = strcmp(word, "ifndef") == 0;
   if (isIf || isIfdef || isIfndef) {
     if (run.level + 1 >= kMaxIfLevels) {
-      AppendFormat(run.sink, "[%s #%d] '#if' is too deep\r\n", run.fileName, static_cast<int>(line));
+      AppendFormat(run.sink, "[%s #%d] '#if' is too deep\r\n", run.fileName,
+                   static_cast<int>(line));
       return false;
     }
     bool value;
@@ -291,7 +292,8 @@ bool Directive(FileRun& run, unsigned line) {
     run.taken[run.level] = 1;
   } else if (strcmp(word, "endif") == 0) {
     if (run.level == 0) {
-      AppendFormat(run.sink, "[%s #%d] Unexpected '#endif'\r\n", run.fileName, static_cast<int>(line));
+      AppendFormat(run.sink, "[%s #%d] Unexpected '#endif'\r\n", run.fileName,
+                   static_cast<int>(line));
     } else {
       --run.level;
     }
@@ -380,9 +382,8 @@ void FreeSeenFiles(SeenFiles* seen) {
   seen->capacity = 0;
 }
 
-int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName,
-                   const char* directory, const char* includePaths, int angleFlag, int depth,
-                   TextBuffer* sink) {
+int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName, const char* directory,
+                   const char* includePaths, int angleFlag, int depth, TextBuffer* sink) {
   char path[kSourcePathSize];
   if (!Resolve(fileName, directory, includePaths, angleFlag, path)) {
     AppendFormat(sink, "'%s' not Found\r\n", fileName);

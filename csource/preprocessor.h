@@ -15,13 +15,12 @@ struct SeenFiles {
 };
 void FreeSeenFiles(SeenFiles* seen);
 
-constexpr int kMaxIfLevels = 64;         // nesting levels, the file level included
-constexpr int kIncludePathsSize = 4096;  // the ';'-separated include-path list
+constexpr int kMaxIfLevels = 64;                  // nesting levels, the file level included
+constexpr int kIncludePathsSize = 4096;           // the ';'-separated include-path list
 constexpr size_t kMaxUnfinishedCall = 64u << 10;  // an argument list longer than this is dropped
 
 // Resolves `fileName` (quoted: the including file's `directory` first; then each folder of
 // `includePaths`), reads it unless it was read in this run, preprocesses it and scans its output.
 // "'%s' not Found\r\n" when it can't be found. Returns 0.
-int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName,
-                   const char* directory, const char* includePaths, int angleFlag, int depth,
-                   TextBuffer* sink);
+int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName, const char* directory,
+                   const char* includePaths, int angleFlag, int depth, TextBuffer* sink);

@@ -10,9 +10,9 @@ struct TextBuffer;
 
 struct DefinitionCache {
   SymbolTable table;
-  char* path;       // the file the table was built from (compared without case), or null
-  unsigned stamp;   // its time stamp then
-  int parses;       // runs of the preprocessor so far
+  char* path;      // the file the table was built from (compared without case), or null
+  unsigned stamp;  // its time stamp then
+  int parses;      // runs of the preprocessor so far
 };
 
 void InitDefinitionCache(DefinitionCache* cache);

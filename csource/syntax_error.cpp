@@ -3,7 +3,8 @@
 #include "csource/text_buffer.h"
 
 void ReportSyntaxError(TextBuffer* sink, const char* fileName, int line, int code) {
-  if (sink) AppendFormat(sink, "[%s #%d] Syntex Error (%d)\r\n", fileName ? fileName : "", line, code);
+  if (sink)
+    AppendFormat(sink, "[%s #%d] Syntex Error (%d)\r\n", fileName ? fileName : "", line, code);
 }
 
 void ReportSyntaxError(const SourcePlace* place, int code) {

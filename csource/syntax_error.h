@@ -13,17 +13,17 @@ struct SourcePlace {
 
 // Fixed codes of "Syntex Error" (the spelling is the program's).
 enum : int {
-  kSyntaxMakefileDefined = 185,     // !if defined( without )
-  kSyntaxMakefileExpansion = 224,   // !if with an unfinished macro reference
-  kSyntaxMacroParams = 574,         // #define F(a without )
-  kSyntaxMissingArgument = 971,     // F(a) where F takes two
-  kSyntaxDefined = 1153,            // defined( without )
-  kSyntaxUnclosedBlock = 1244,      // struct tag { without }
-  kSyntaxDeclaration = 1269,        // a declaration that can't be read
-  kSyntaxTypedef = 1355,            // typedef without ;
-  kSyntaxConditionExpansion = 1418, // #if with an unfinished macro call
-  kSyntaxCondition = 1426,          // #if expression error
-  kSyntaxExternCpp = 1699,          // extern "C++" block skipped
+  kSyntaxMakefileDefined = 185,      // !if defined( without )
+  kSyntaxMakefileExpansion = 224,    // !if with an unfinished macro reference
+  kSyntaxMacroParams = 574,          // #define F(a without )
+  kSyntaxMissingArgument = 971,      // F(a) where F takes two
+  kSyntaxDefined = 1153,             // defined( without )
+  kSyntaxUnclosedBlock = 1244,       // struct tag { without }
+  kSyntaxDeclaration = 1269,         // a declaration that can't be read
+  kSyntaxTypedef = 1355,             // typedef without ;
+  kSyntaxConditionExpansion = 1418,  // #if with an unfinished macro call
+  kSyntaxCondition = 1426,           // #if expression error
+  kSyntaxExternCpp = 1699,           // extern "C++" block skipped
 };
 
 // "[%s #%d] Syntex Error (%d)\r\n".

@@ -7,7 +7,8 @@ namespace {
 struct FoldTable {
   char16_t units[65536];
   FoldTable() {
-    for (int i = 0; i < 65536; ++i) units[i] = static_cast<char16_t>(i);
+    for (int i = 0; i < 65536; ++i)
+      units[i] = static_cast<char16_t>(i);
     OsLowerCase(units, 65536);
   }
 };

@@ -30,8 +30,10 @@ int ExpandPasted(const char16_t* units, int count, int caretColumn, int blockMod
     }
     if (target) target[written] = unit;
     ++written;
-    if (IsBreak(unit)) column = blockMode == 1 ? caretColumn : 0;
-    else column += UnitColumns(unit);
+    if (IsBreak(unit))
+      column = blockMode == 1 ? caretColumn : 0;
+    else
+      column += UnitColumns(unit);
   }
   return written;
 }
@@ -46,7 +48,8 @@ bool CopySelection(EditorView* view) {
   bool column = view->blockMode == 1;
   // Counted first, then filled.
   int count = CollectRange(view->document, from, to, view->blockMode, column, true, nullptr);
-  auto* text = static_cast<char16_t*>(AllocMem(static_cast<size_t>(count + 1) * sizeof(char16_t), kOwnerClipboardText));
+  auto* text = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(count + 1) * sizeof(char16_t), kOwnerClipboardText));
   if (!text) return false;
   CollectRange(view->document, from, to, view->blockMode, column, true, text);
   text[count] = 0;
@@ -66,14 +69,16 @@ bool Paste(EditorView* view) {
   if (!units) return false;
   // The clipboard's text ends at its terminator whatever size it claims.
   int length = 0;
-  while (length < count && units[length]) ++length;
+  while (length < count && units[length])
+    ++length;
   DeleteSelection(view);
   if (length == 0) return false;
   int tabSize = view->document->tabSize;
   int64_t needed = 0;
   needed = ExpandPasted(units, length, view->caretColumn, view->blockMode, tabSize, nullptr);
   if (needed > 0x3FFFFFFF) return false;
-  auto* text = static_cast<char16_t*>(AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerClipboardText));
+  auto* text = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerClipboardText));
   if (!text) return false;
   ExpandPasted(units, length, view->caretColumn, view->blockMode, tabSize, text);
   bool done = InsertText(view, text, static_cast<int>(needed), view->blockMode);

@@ -6,8 +6,9 @@
 namespace {
 
 const char kSection[] = "Color";
-const char* const kKeys[kColourClassCount] = {"BkGround", "NormalText", "KeyWord", "UserKeyword",
-                                              "Remark",   "Const",      "WrongKeyword", "PreProc"};
+const char* const kKeys[kColourClassCount] = {"BkGround",     "NormalText", "KeyWord",
+                                              "UserKeyword",  "Remark",     "Const",
+                                              "WrongKeyword", "PreProc"};
 // Fixed defaults; classes 0 and 3 follow the system's window colours instead.
 const unsigned kFixedDefaults[kColourClassCount] = {0,        0x004600, 0x800080, 0,
                                                     0x808080, 0xFF0000, 0x000080, 0x007F00};
@@ -33,12 +34,14 @@ unsigned DefaultColour(int colourClass) {
 
 void LoadColours() {
   for (int i = 0; i < kColourClassCount; ++i)
-    g_colours[i] = static_cast<unsigned>(ReadInt(kSection, kKeys[i], static_cast<int>(DefaultColour(i))));
+    g_colours[i] =
+        static_cast<unsigned>(ReadInt(kSection, kKeys[i], static_cast<int>(DefaultColour(i))));
   g_loaded = true;
 }
 
 void SaveColours() {
-  for (int i = 0; i < kColourClassCount; ++i) WriteNums(kSection, kKeys[i], static_cast<int>(ClassColour(i)));
+  for (int i = 0; i < kColourClassCount; ++i)
+    WriteNums(kSection, kKeys[i], static_cast<int>(ClassColour(i)));
 }
 
 unsigned ClassColour(int colourClass) {

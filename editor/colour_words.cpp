@@ -5,16 +5,17 @@
 namespace {
 
 const char* const kBuiltinWords[] = {
-    "void",     "char",      "int",      "float",      "short",    "long",     "double",   "signed",
-    "unsigned", "__int64",   "_asm",     "union",      "enum",     "struct",   "typedef",  "auto",
-    "const",    "static",    "extern",   "register",   "volatile", "if",       "else",     "for",
-    "do",       "while",     "switch",   "case",       "break",    "continue", "default",  "inline",
-    "return",   "goto",      "sizeof",   "__stdcall",  "__cdecl",  "__fastcall", "__DATE__", "__TIME__",
-    "__LINE__", "__FILE__",  "__FUNCTION__",
+    "void",         "char",     "int",        "float",    "short",    "long",     "double",
+    "signed",       "unsigned", "__int64",    "_asm",     "union",    "enum",     "struct",
+    "typedef",      "auto",     "const",      "static",   "extern",   "register", "volatile",
+    "if",           "else",     "for",        "do",       "while",    "switch",   "case",
+    "break",        "continue", "default",    "inline",   "return",   "goto",     "sizeof",
+    "__stdcall",    "__cdecl",  "__fastcall", "__DATE__", "__TIME__", "__LINE__", "__FILE__",
+    "__FUNCTION__",
 };
 static_assert(sizeof kBuiltinWords / sizeof kBuiltinWords[0] == 43, "the built-in words");
 
-const char* const kDirectives[] = {"include", "define", "undef", "if",    "ifdef", "ifndef",
+const char* const kDirectives[] = {"include", "define", "undef", "if",     "ifdef", "ifndef",
                                    "else",    "elif",   "endif", "pragma", "error", "line"};
 static_assert(sizeof kDirectives / sizeof kDirectives[0] == 12, "the directives");
 
@@ -38,7 +39,8 @@ bool InList(const char* const (&list)[N], const char16_t* word, int length) {
 
 bool IsLongSuffix(const char16_t* suffix, int length) {
   if (length == 1) return suffix[0] == u'L' || suffix[0] == u'l';
-  return length == 2 && (suffix[0] == u'U' || suffix[0] == u'u') && (suffix[1] == u'L' || suffix[1] == u'l');
+  return length == 2 && (suffix[0] == u'U' || suffix[0] == u'u') &&
+         (suffix[1] == u'L' || suffix[1] == u'l');
 }
 
 }  // namespace
@@ -55,9 +57,11 @@ bool IsNumber(const char16_t* word, int length) {
   int digits = 0;
   int i = 0;
   if (length >= 2 && word[0] == u'0' && (word[1] == u'x' || word[1] == u'X')) {
-    for (i = 2; i < length && IsHexDigit(word[i]); ++i) ++digits;
+    for (i = 2; i < length && IsHexDigit(word[i]); ++i)
+      ++digits;
   } else {
-    for (; i < length && IsDecimalDigit(word[i]); ++i) ++digits;
+    for (; i < length && IsDecimalDigit(word[i]); ++i)
+      ++digits;
   }
   return digits > 0 && (i == length || IsLongSuffix(word + i, length - i));
 }

@@ -50,7 +50,8 @@ int LiteralEnd(const char16_t* text, int length, int at) {
 void ColourDirective(LineScan* scan) {
   int hash = scan->at;
   int word = hash + 1;
-  while (word < scan->length && IsBlank(scan->text[word])) ++word;
+  while (word < scan->length && IsBlank(scan->text[word]))
+    ++word;
   int wordLength = 0;
   while (word + wordLength < scan->length && wordLength < kDirectiveWordMax &&
          IsIdentifierChar(scan->text[word + wordLength]))
@@ -58,7 +59,8 @@ void ColourDirective(LineScan* scan) {
   bool known = IsDirective(scan->text + word, wordLength);
   SetColourClass(scan->runs, hash, known ? kClassPreProc : kClassWrongWord);
   int end = hash + 1;
-  while (end < scan->length && !PairAt(*scan, end, u'/', u'/') && !PairAt(*scan, end, u'/', u'*')) ++end;
+  while (end < scan->length && !PairAt(*scan, end, u'/', u'/') && !PairAt(*scan, end, u'/', u'*'))
+    ++end;
   SetColourClass(scan->runs, end, kClassNormal);
   scan->at = end;
 }
@@ -75,7 +77,8 @@ int WordClass(const char16_t* word, int length) {
 
 }  // namespace
 
-bool ColourLine(ColourRuns** runs, const char16_t* line, int length, int lineIndex, bool startsInComment) {
+bool ColourLine(ColourRuns** runs, const char16_t* line, int length, int lineIndex,
+                bool startsInComment) {
   (void)lineIndex;
   if (*runs) (*runs)->count = 0;
   if (length <= 0) return startsInComment;
@@ -112,7 +115,8 @@ bool ColourLine(ColourRuns** runs, const char16_t* line, int length, int lineInd
       onlyBlanks = false;
     } else {
       int start = scan.at;
-      while (scan.at < length && IsWordChar(line[scan.at])) ++scan.at;
+      while (scan.at < length && IsWordChar(line[scan.at]))
+        ++scan.at;
       SetColourClass(runs, start, WordClass(line + start, scan.at - start));
       SetColourClass(runs, scan.at, kClassNormal);
       onlyBlanks = false;

@@ -6,7 +6,8 @@
 
 // Fills `runs` for one line of `length` units and returns whether the line ends inside a block
 // comment. `lineIndex` names the line for the caller's bookkeeping only.
-bool ColourLine(ColourRuns** runs, const char16_t* line, int length, int lineIndex, bool startsInComment);
+bool ColourLine(ColourRuns** runs, const char16_t* line, int length, int lineIndex,
+                bool startsInComment);
 
 // The state at the end of a line given the state at its start, by the plain scan the loader uses:
 // literals skipped, "//" ends the line, "/*" and "*/" switch.

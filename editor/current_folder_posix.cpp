@@ -10,6 +10,7 @@ int CurrentFolder(char* buffer, int size) {
     return 0;
   }
   int length = 0;
-  while (buffer[length]) ++length;
+  while (buffer[length])
+    ++length;
   return length;
 }

@@ -17,7 +17,8 @@ bool CheckChangedOnDisk(EditorView* view) {
   FileHandle file = FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
   if (file == kInvalidFile) {
     unsigned error = FileLastError();
-    if ((error == kErrorFileNotFound || error == kErrorPathNotFound) && document->fileStamp != kMissingFileStamp) {
+    if ((error == kErrorFileNotFound || error == kErrorPathNotFound) &&
+        document->fileStamp != kMissingFileStamp) {
       // Reported once: the stamp now says that the file is missing.
       document->fileStamp = kMissingFileStamp;
       HostMessageId(115, kMbOk | kMbIconExclamation, document->path);

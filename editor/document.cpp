@@ -28,12 +28,14 @@ EditDocument* NewDocument() {
   document->count = 1;
   document->scrollScale = 1;
   document->untitled = 1;
-  for (BookmarkPosition& mark : document->bookmarks) mark = {-1, -1};
+  for (BookmarkPosition& mark : document->bookmarks)
+    mark = {-1, -1};
   return document;
 }
 
 void ClearLines(EditDocument* document) {
-  for (int i = 0; i < document->lineCount; ++i) FreeLine(document->lines[i]);
+  for (int i = 0; i < document->lineCount; ++i)
+    FreeLine(document->lines[i]);
   document->lineCount = 0;
 }
 
@@ -67,7 +69,8 @@ bool InsertLineSlots(EditDocument* document, int index, int count) {
   if (index < 0 || index > document->lineCount || !GrowLineTable(document, count)) return false;
   memmove(document->lines + index + count, document->lines + index,
           static_cast<size_t>(document->lineCount - index) * sizeof(LineRecord*));
-  for (int i = 0; i < count; ++i) document->lines[index + i] = nullptr;
+  for (int i = 0; i < count; ++i)
+    document->lines[index + i] = nullptr;
   document->lineCount += count;
   return true;
 }
@@ -75,7 +78,8 @@ bool InsertLineSlots(EditDocument* document, int index, int count) {
 void RemoveLines(EditDocument* document, int index, int count) {
   if (index < 0 || count <= 0 || index >= document->lineCount) return;
   if (count > document->lineCount - index) count = document->lineCount - index;
-  for (int i = 0; i < count; ++i) FreeLine(document->lines[index + i]);
+  for (int i = 0; i < count; ++i)
+    FreeLine(document->lines[index + i]);
   memmove(document->lines + index, document->lines + index + count,
           static_cast<size_t>(document->lineCount - index - count) * sizeof(LineRecord*));
   document->lineCount -= count;

@@ -1,9 +1,9 @@
 // Opening a file: the size and text checks, the encoding, the tab width and the lines.
 #include <cstring>
 
+#include "editor/comment_states.h"
 #include "editor/document.h"
 #include "editor/document_io.h"
-#include "editor/comment_states.h"
 #include "editor/editor_host.h"
 #include "editor/editor_view.h"
 #include "editor/undo.h"
@@ -51,7 +51,8 @@ bool HasTab(const Unit* data, int count) {
 int AppendExpanded(EditDocument* document, const char16_t* units, int count) {
   if (!HasTab(units, count)) return AppendUnits(document, units, count);
   int expanded = ExpandedLength(units, count, 0, document->tabSize);
-  auto* target = static_cast<char16_t*>(AllocMem(static_cast<size_t>(expanded) * sizeof(char16_t), kOwnerLineScratch));
+  auto* target = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(expanded) * sizeof(char16_t), kOwnerLineScratch));
   if (!target) return 0;
   ExpandTabs(units, count, 0, document->tabSize, target);
   int appended = AppendUnits(document, target, expanded);
@@ -69,7 +70,8 @@ int AppendConverted(EditDocument* document, const char* bytes, int count, CountF
   // follower as one character where the conversion makes two, so the larger size is taken.
   int needed = counter(bytes, count);
   if (needed < count) needed = count;
-  auto* units = static_cast<char16_t*>(AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
+  auto* units = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
   if (!units) return 0;
   int length = convert(bytes, count, units, needed);
   int appended = AppendExpanded(document, units, length);
@@ -82,14 +84,16 @@ bool IsPortSpecification(const char* path) {
   if (strncmp(path, "COM", 3) != 0) return false;
   int i = 3;
   if (path[i] < '0' || path[i] > '9') return false;
-  while (path[i] >= '0' && path[i] <= '9') ++i;
+  while (path[i] >= '0' && path[i] <= '9')
+    ++i;
   return path[i] == ',';
 }
 
 // Splits at CR, LF, CR LF or LF CR; `visit(start, length)` for each line. Returns where the
 // split stopped (the first zero unit when `stopAtZero`) and the longest line.
 template <typename Unit, typename Visit>
-long long SplitLines(const Unit* data, long long count, bool stopAtZero, long long* longest, Visit visit) {
+long long SplitLines(const Unit* data, long long count, bool stopAtZero, long long* longest,
+                     Visit visit) {
   long long start = 0;
   long long i = 0;
   *longest = 0;
@@ -159,7 +163,8 @@ void ReserveLines(EditDocument* document, const Unit* data, long long count) {
   long long longest = 0;
   long long lines = 0;
   SplitLines(data, count, false, &longest, [&](long long, long long) { ++lines; });
-  if (lines > 0 && lines < 0x7FFFFFFF - document->lineCapacity) GrowLineTable(document, static_cast<int>(lines));
+  if (lines > 0 && lines < 0x7FFFFFFF - document->lineCapacity)
+    GrowLineTable(document, static_cast<int>(lines));
 }
 
 void SplitInto(EditDocument* document, const char* data, long long size) {
@@ -179,8 +184,9 @@ void SplitInto(EditDocument* document, const char* data, long long size) {
       ReserveLines(document, data, size);
       document->lfOnly = FirstLineEndIsBare(data, size);
       int (*append)(EditDocument*, const char*, int) = document->encoding == JOHAP ? AppendJohabLine
-                                                       : document->encoding == UTF8 ? AppendUtf8Line
-                                                                                    : AppendEucKrLine;
+                                                       : document->encoding == UTF8
+                                                           ? AppendUtf8Line
+                                                           : AppendEucKrLine;
       SplitLines(data, size, false, &longest, [&](long long start, long long length) {
         append(document, data + start, static_cast<int>(length));
       });
@@ -215,7 +221,8 @@ int AppendUtf8Line(EditDocument* document, const char* bytes, int count) {
 bool LooksLikeText(const char* data, long long size) {
   long long longest = 0;
   auto ignore = [](long long, long long) {};
-  if (SplitLines(data, size, true, &longest, ignore) == size && longest <= kMaxTextLine) return true;
+  if (SplitLines(data, size, true, &longest, ignore) == size && longest <= kMaxTextLine)
+    return true;
   // Perhaps UTF-16, whose bytes are full of zeros.
   const auto* units = reinterpret_cast<const char16_t*>(data);
   long long count = size / 2;
@@ -244,7 +251,8 @@ bool LoadDocument(EditorView* view) {
   }
   document->fileStamp = FileStamp(file);
   if (document->sourcePath[0]) {
-    FileHandle named = FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
+    FileHandle named =
+        FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
     document->fileStamp = named == kInvalidFile ? kMissingFileStamp : FileStamp(named);
     FileClose(named);
   }
@@ -301,7 +309,8 @@ bool LoadDocument(EditorView* view) {
     // A preset encoding still does not take its own mark for text.
     const auto* bytes = reinterpret_cast<const unsigned char*>(data);
     if (document->encoding == UTF16 && length >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) bom = 2;
-    if (document->encoding == UTF8 && length >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF)
+    if (document->encoding == UTF8 && length >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB &&
+        bytes[2] == 0xBF)
       bom = 3;
   }
   document->hasBom = bom > 0 ? 1 : 0;
@@ -309,9 +318,9 @@ bool LoadDocument(EditorView* view) {
   long long textLength = length - bom;
 
   if (document->tabSize == 0) {
-    bool tabs = document->encoding == UTF16
-                    ? HasTab(reinterpret_cast<const char16_t*>(text), static_cast<int>(textLength / 2))
-                    : HasTab(text, static_cast<int>(textLength));
+    bool tabs = document->encoding == UTF16 ? HasTab(reinterpret_cast<const char16_t*>(text),
+                                                     static_cast<int>(textLength / 2))
+                                            : HasTab(text, static_cast<int>(textLength));
     if (tabs) AskTabSize(document);
   }
 

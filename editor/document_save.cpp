@@ -33,7 +33,8 @@ struct LineWriter {
 bool Reserve(void** block, int* capacity, int needed, int unitSize) {
   if (needed <= *capacity) return true;
   int size = needed + 256;
-  void* grown = AllocMem(static_cast<size_t>(size) * static_cast<size_t>(unitSize), kOwnerLineScratch);
+  void* grown =
+      AllocMem(static_cast<size_t>(size) * static_cast<size_t>(unitSize), kOwnerLineScratch);
   if (!grown) return false;
   FreeMem(*block);
   *block = grown;
@@ -80,14 +81,17 @@ bool WriteUnits(LineWriter* writer, const char16_t* units, int count) {
 }
 
 void ShowWriteFailure(const char* path, unsigned error) {
-  if (error == kErrorDiskFull) HostMessageIdNumber(84, kMbOk | kMbIconExclamation, static_cast<unsigned char>(path[0]));
-  else HostMessageId(5, kMbOk | kMbIconExclamation, path);
+  if (error == kErrorDiskFull)
+    HostMessageIdNumber(84, kMbOk | kMbIconExclamation, static_cast<unsigned char>(path[0]));
+  else
+    HostMessageId(5, kMbOk | kMbIconExclamation, path);
 }
 
 }  // namespace
 
 int CompressTabs(const char16_t* units, int count, int tabSize, char16_t* target) {
-  while (count > 0 && units[count - 1] < 33) --count;
+  while (count > 0 && units[count - 1] < 33)
+    --count;
   int written = 0;
   int column = 0;
   char16_t quote = 0;
@@ -114,7 +118,8 @@ int CompressTabs(const char16_t* units, int count, int tabSize, char16_t* target
       continue;
     }
     int run = 0;
-    while (i + run < count && units[i + run] == u' ') ++run;
+    while (i + run < count && units[i + run] == u' ')
+      ++run;
     i += run;
     while (run > 0) {
       int stop = (column / tabSize + 1) * tabSize;
@@ -122,7 +127,8 @@ int CompressTabs(const char16_t* units, int count, int tabSize, char16_t* target
       if (run < needed || needed == 1) {
         // Short of the stop, or a single space just before it: spaces stay spaces.
         int spaces = run < needed ? run : 1;
-        for (int k = 0; k < spaces; ++k) target[written++] = u' ';
+        for (int k = 0; k < spaces; ++k)
+          target[written++] = u' ';
         column += spaces;
         run -= spaces;
       } else {
@@ -182,11 +188,15 @@ bool SaveDocument(EditorView* view, bool asCopy) {
       memory = WriteUnits(&writer, units, count);
     }
     if (encoding == UTF16) {
-      if (document->lfOnly) SafeFileWrite(&file, "\n\0", 2);
-      else SafeFileWrite(&file, "\r\0\n\0", 4);
+      if (document->lfOnly)
+        SafeFileWrite(&file, "\n\0", 2);
+      else
+        SafeFileWrite(&file, "\r\0\n\0", 4);
     } else {
-      if (document->lfOnly) SafeFileWrite(&file, "\n", 1);
-      else SafeFileWrite(&file, "\r\n", 2);
+      if (document->lfOnly)
+        SafeFileWrite(&file, "\n", 1);
+      else
+        SafeFileWrite(&file, "\r\n", 2);
     }
   }
   FreeMem(writer.bytes);
@@ -204,7 +214,8 @@ bool SaveDocument(EditorView* view, bool asCopy) {
   document->modified = 0;
   document->untitled = 0;
   EditorTitleChanged(view);
-  FileHandle written = FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
+  FileHandle written =
+      FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
   document->fileStamp = written == kInvalidFile ? kMissingFileStamp : FileStamp(written);
   FileClose(written);
   return true;

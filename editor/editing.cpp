@@ -23,13 +23,16 @@ void MoveCaret(EditorView* view, int column, int line) {
 
 // A '*' or '/' may open or close a comment that colours the lines below.
 void RepaintForUnit(EditorView* view, char16_t unit) {
-  if (unit == u'*' || unit == u'/') EditorRepaintAll(view);
-  else EditorRepaintLine(view, view->caretLine);
+  if (unit == u'*' || unit == u'/')
+    EditorRepaintAll(view);
+  else
+    EditorRepaintLine(view, view->caretLine);
 }
 
 int Indentation(const LineRecord* line) {
   int spaces = 0;
-  while (spaces < LineLength(line) && line->text[spaces] == u' ') ++spaces;
+  while (spaces < LineLength(line) && line->text[spaces] == u' ')
+    ++spaces;
   return spaces;
 }
 
@@ -66,17 +69,21 @@ bool DeleteSelection(EditorView* view) {
   TextPosition from = {s.startColumn, s.startLine};
   TextPosition to = {s.endColumn, s.endLine};
   int count = CollectRange(document, from, to, view->blockMode, false, false, nullptr);
-  auto* text = count ? static_cast<char16_t*>(AllocMem(static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
+  auto* text = count ? static_cast<char16_t*>(AllocMem(
+                           static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
                      : nullptr;
   if (text) CollectRange(document, from, to, view->blockMode, false, false, text);
-  UndoRecord* record = PushUndoSelection(view, kUndoDelete, from.column, from.line, text, text ? count : 0);
+  UndoRecord* record =
+      PushUndoSelection(view, kUndoDelete, from.column, from.line, text, text ? count : 0);
   if (record) {
     record->endColumn = to.column;
     record->endLine = to.line;
   }
   FreeMem(text);
-  if (view->blockMode == 1) DeleteColumns(document, from, to);
-  else DeleteStream(document, from, to);
+  if (view->blockMode == 1)
+    DeleteColumns(document, from, to);
+  else
+    DeleteStream(document, from, to);
   document->modified = 1;
   MoveCaret(view, from.column, from.line);
   EditorRepaintAll(view);
@@ -99,8 +106,10 @@ void DeleteRange(EditorView* view, int startColumn, int startLine, int endColumn
   range.selEndColumn = endColumn;
   range.selEndLine = endLine;
   Selection s = NormalisedSelection(&range);
-  if (blockMode == 1) DeleteColumns(view->document, {s.startColumn, s.startLine}, {s.endColumn, s.endLine});
-  else DeleteStream(view->document, {s.startColumn, s.startLine}, {s.endColumn, s.endLine});
+  if (blockMode == 1)
+    DeleteColumns(view->document, {s.startColumn, s.startLine}, {s.endColumn, s.endLine});
+  else
+    DeleteStream(view->document, {s.startColumn, s.startLine}, {s.endColumn, s.endLine});
   EditorRepaintAll(view);
 }
 
@@ -137,8 +146,10 @@ void KeyEnter(EditorView* view) {
     // The indentation belongs to the record too, so that redo brings it back.
     PushUndoUnit(view, kUndoInsert, column, line, 13);
     char16_t spaces[64];
-    for (char16_t& unit : spaces) unit = u' ';
-    for (int left = indent; left > 0; left -= 64) PushUndo(view, kUndoInsert, column, line, spaces, left < 64 ? left : 64);
+    for (char16_t& unit : spaces)
+      unit = u' ';
+    for (int left = indent; left > 0; left -= 64)
+      PushUndo(view, kUndoInsert, column, line, spaces, left < 64 ? left : 64);
     PushUndoMark(view, kUndoInsert, indent, line + 1);
     MoveCaret(view, indent, line + 1);
   }
@@ -230,7 +241,8 @@ void ShiftBlock(EditorView* view, int amount) {
   // A line block that ends at column 0 does not take that line in.
   if (view->blockMode == 0 && s.endColumn == 0 && last > s.startLine) --last;
   ShiftLines(view->document, s.startLine, last, amount);
-  PushUndoUnit(view, kUndoShift, 0, s.startLine, static_cast<char16_t>(static_cast<int16_t>(amount)));
+  PushUndoUnit(view, kUndoShift, 0, s.startLine,
+               static_cast<char16_t>(static_cast<int16_t>(amount)));
   PushUndoMark(view, kUndoShift, 0, last);
   view->document->modified = 1;
   EditorRepaintAll(view);
@@ -248,14 +260,16 @@ bool FillColumnBlock(EditorView* view, char16_t character) {
   TextPosition from = {s.startColumn, s.startLine};
   TextPosition to = {s.endColumn, s.endLine};
   int count = CollectRange(document, from, to, 1, false, false, nullptr);
-  auto* text = count ? static_cast<char16_t*>(AllocMem(static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
+  auto* text = count ? static_cast<char16_t*>(AllocMem(
+                           static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
                      : nullptr;
   if (text) CollectRange(document, from, to, 1, false, false, text);
   if (!FillColumns(document, from, to, character)) {
     FreeMem(text);
     return false;
   }
-  UndoRecord* record = PushUndoSelection(view, kUndoFill, from.column, from.line, text, text ? count : 0);
+  UndoRecord* record =
+      PushUndoSelection(view, kUndoFill, from.column, from.line, text, text ? count : 0);
   if (record) {
     record->endColumn = to.column;
     record->endLine = to.line;

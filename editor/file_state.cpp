@@ -12,7 +12,8 @@ namespace {
 
 void SectionName(const char* path, char* section, int size) {
   int length = 0;
-  while (path[length]) ++length;
+  while (path[length])
+    ++length;
   FormatStr(section, size, "%08X", PathCrc32(path, length));
 }
 
@@ -21,7 +22,8 @@ int ParseNumbers(const char* text, int* numbers, int count) {
   int found = 0;
   const char* at = text;
   while (found < count) {
-    while (*at == ' ' || *at == '\t' || *at == ',') ++at;
+    while (*at == ' ' || *at == '\t' || *at == ',')
+      ++at;
     if (!*at) break;
     char* end = nullptr;
     long value = strtol(at, &end, 10);
@@ -38,7 +40,8 @@ unsigned PathCrc32(const char* bytes, int count) {
   unsigned crc = 0;
   for (int i = 0; i < count; ++i) {
     crc ^= static_cast<unsigned char>(bytes[i]);
-    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
+    for (int bit = 0; bit < 8; ++bit)
+      crc = (crc >> 1) ^ (0xEDB88320u & (0u - (crc & 1u)));
   }
   return crc;
 }
@@ -58,10 +61,12 @@ void SaveFileState(const EditorView* view) {
     const BookmarkPosition& mark = document->bookmarks[i];
     bool set = mark.index >= 0;
     used += FormatStr(marks + used, static_cast<int>(sizeof marks) - used, i ? " %d %d" : "%d %d",
-                      set ? mark.index : -1, set ? mark.line : -1) - 1;
+                      set ? mark.index : -1, set ? mark.line : -1) -
+            1;
   }
   WriteStr(section, "BookMark", marks);
-  WriteNums(section, "Cursor", view->caretColumn, view->caretLine, view->firstColumn, view->firstLine);
+  WriteNums(section, "Cursor", view->caretColumn, view->caretLine, view->firstColumn,
+            view->firstLine);
 }
 
 void RestoreFileState(EditorView* view) {
@@ -75,8 +80,8 @@ void RestoreFileState(EditorView* view) {
   int found = ParseNumbers(text, numbers, kBookmarkCount * 2);
   for (int i = 0; i < kBookmarkCount; ++i) {
     bool present = 2 * i + 1 < found && numbers[2 * i] >= 0;
-    document->bookmarks[i] = present ? BookmarkPosition{numbers[2 * i], numbers[2 * i + 1]}
-                                     : BookmarkPosition{-1, -1};
+    document->bookmarks[i] =
+        present ? BookmarkPosition{numbers[2 * i], numbers[2 * i + 1]} : BookmarkPosition{-1, -1};
   }
   int cursor[4] = {0, 0, 0, 0};
   ReadStr(section, "Cursor", text, sizeof text);

@@ -23,8 +23,8 @@ TouchTest WholeWordTest(char16_t first) {
 
 }  // namespace
 
-int MatchInLine(const char16_t* line, int lineLength, int start, int endLimit, const char16_t* pattern, int patternLength,
-                MatchRules rules) {
+int MatchInLine(const char16_t* line, int lineLength, int start, int endLimit,
+                const char16_t* pattern, int patternLength, MatchRules rules) {
   if (patternLength <= 0 || start < 0) return -1;
   if (endLimit > lineLength) endLimit = lineLength;
   TouchTest touches = rules.wholeWord ? WholeWordTest(pattern[0]) : nullptr;

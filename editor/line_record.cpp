@@ -49,7 +49,8 @@ void FreeLine(LineRecord* line) {
 
 int RunColumns(const char16_t* units, int count) {
   int columns = 0;
-  for (int i = 0; i < count; ++i) columns += UnitColumns(units[i]);
+  for (int i = 0; i < count; ++i)
+    columns += UnitColumns(units[i]);
   return columns;
 }
 

@@ -38,8 +38,10 @@ void Close(SafeFile* file) {
 bool SafeFileOpen(SafeFile* file, const char* target) {
   memset(file, 0, sizeof *file);
   file->file = kInvalidFile;
-  if (FormatStr(file->target, sizeof file->target, "%s", target) > static_cast<int>(sizeof file->target) ||
-      FormatStr(file->temporary, sizeof file->temporary, "%s.~qs", target) > static_cast<int>(sizeof file->temporary)) {
+  if (FormatStr(file->target, sizeof file->target, "%s", target) >
+          static_cast<int>(sizeof file->target) ||
+      FormatStr(file->temporary, sizeof file->temporary, "%s.~qs", target) >
+          static_cast<int>(sizeof file->temporary)) {
     file->error = 206;
     return false;
   }

@@ -16,7 +16,8 @@ bool IsBreak(char16_t unit) {
 // The end of the piece that starts at `from` and the start of the next one (behind its break).
 int PieceEnd(const char16_t* units, int count, int from, int* next) {
   int i = from;
-  while (i < count && !IsBreak(units[i])) ++i;
+  while (i < count && !IsBreak(units[i]))
+    ++i;
   *next = i;
   if (i < count) {
     *next = i + 1;
@@ -87,7 +88,8 @@ bool PadToColumn(EditDocument* document, int line, int column, int* index) {
   if (pad > 0) {
     if (LineLength(document->lines[line]) + pad > kMaxLineUnits) return false;
     char16_t spaces[64];
-    for (char16_t& unit : spaces) unit = u' ';
+    for (char16_t& unit : spaces)
+      unit = u' ';
     while (pad > 0) {
       int piece = pad < 64 ? pad : 64;
       if (!ReplaceUnits(document, line, LineLength(document->lines[line]), 0, spaces, piece))
@@ -129,8 +131,10 @@ bool InsertStream(EditDocument* document, TextPosition at, const char16_t* units
       break;
     }
   }
-  if (pieces == 1) fits = fits && length + count <= kMaxLineUnits;
-  else fits = fits && (count - lastStart) + tail <= kMaxLineUnits;
+  if (pieces == 1)
+    fits = fits && length + count <= kMaxLineUnits;
+  else
+    fits = fits && (count - lastStart) + tail <= kMaxLineUnits;
   if (!fits) return false;
 
   int padded = 0;
@@ -152,7 +156,8 @@ bool InsertStream(EditDocument* document, TextPosition at, const char16_t* units
   if (last) {
     memcpy(last->text, units + lastStart, static_cast<size_t>(lastLength) * sizeof(char16_t));
     if (tail)
-      memcpy(last->text + lastLength, current->text + index, static_cast<size_t>(tail) * sizeof(char16_t));
+      memcpy(last->text + lastLength, current->text + index,
+             static_cast<size_t>(tail) * sizeof(char16_t));
   }
   int lastLine = at.line + pieces - 1;
   SetLine(document, lastLine, last);
@@ -198,7 +203,8 @@ int CollectRange(const EditDocument* document, TextPosition from, TextPosition t
                  bool pad, bool crlf, char16_t* target) {
   int written = 0;
   auto put = [&](const char16_t* units, int count) {
-    if (target && count > 0) memcpy(target + written, units, static_cast<size_t>(count) * sizeof(char16_t));
+    if (target && count > 0)
+      memcpy(target + written, units, static_cast<size_t>(count) * sizeof(char16_t));
     written += count;
   };
   auto separator = [&]() {
@@ -277,8 +283,11 @@ bool SplitLine(EditDocument* document, int line, int index, int indent) {
   if (indent + tail > 0) {
     made = MakeLine(nullptr, indent + tail);
     if (!made) return false;
-    for (int i = 0; i < indent; ++i) made->text[i] = u' ';
-    if (tail) memcpy(made->text + indent, record->text + index, static_cast<size_t>(tail) * sizeof(char16_t));
+    for (int i = 0; i < indent; ++i)
+      made->text[i] = u' ';
+    if (tail)
+      memcpy(made->text + indent, record->text + index,
+             static_cast<size_t>(tail) * sizeof(char16_t));
   }
   if (!InsertLineSlots(document, line + 1, 1)) {
     FreeLine(made);
@@ -297,7 +306,8 @@ bool JoinNextLine(EditDocument* document, int line, int column) {
   if (LineLength(document->lines[line]) + pad + LineLength(next) > kMaxLineUnits) return false;
   int index = 0;
   if (LineLength(next) > 0 && !PadToColumn(document, line, column, &index)) return false;
-  if (next && !ReplaceUnits(document, line, LineLength(document->lines[line]), 0, next->text, next->length))
+  if (next &&
+      !ReplaceUnits(document, line, LineLength(document->lines[line]), 0, next->text, next->length))
     return false;
   RemoveLines(document, line + 1, 1);
   return true;
@@ -308,7 +318,8 @@ void TrimTrailingBlanks(EditDocument* document) {
     LineRecord* line = document->lines[i];
     int length = LineLength(line);
     int kept = length;
-    while (kept > 0 && line->text[kept - 1] == u' ') --kept;
+    while (kept > 0 && line->text[kept - 1] == u' ')
+      --kept;
     if (kept < length) ReplaceUnits(document, i, kept, length - kept, nullptr, 0);
   }
 }
@@ -316,7 +327,8 @@ void TrimTrailingBlanks(EditDocument* document) {
 void ShiftLines(EditDocument* document, int first, int last, int amount) {
   if (first < 0) first = 0;
   char16_t spaces[64];
-  for (char16_t& unit : spaces) unit = u' ';
+  for (char16_t& unit : spaces)
+    unit = u' ';
   for (int line = first; line <= last && line < document->lineCount; ++line) {
     LineRecord* record = document->lines[line];
     if (!record) continue;
@@ -336,9 +348,11 @@ void ShiftLines(EditDocument* document, int first, int last, int amount) {
 bool FillColumns(EditDocument* document, TextPosition from, TextPosition to, char16_t fill) {
   int cells = (to.column - from.column) / UnitColumns(fill);
   if (cells <= 0 || cells > kMaxLineUnits) return false;
-  auto* row = static_cast<char16_t*>(AllocMem(static_cast<size_t>(cells) * sizeof(char16_t), kOwnerLineScratch));
+  auto* row = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(cells) * sizeof(char16_t), kOwnerLineScratch));
   if (!row) return false;
-  for (int i = 0; i < cells; ++i) row[i] = fill;
+  for (int i = 0; i < cells; ++i)
+    row[i] = fill;
   // A line that cannot take the fill (too long) is left as it is.
   for (int line = from.line; line <= to.line; ++line) {
     int first = 0;

@@ -19,9 +19,11 @@ bool ReserveText(UndoRecord* record, int extra) {
   int64_t needed = static_cast<int64_t>(record->textLength) + extra;
   if (needed <= record->textCapacity) return true;
   int64_t capacity = record->textCapacity ? record->textCapacity : 16;
-  while (capacity < needed) capacity *= 2;
+  while (capacity < needed)
+    capacity *= 2;
   if (capacity > 0x3FFFFFFF) return false;
-  auto* text = static_cast<char16_t*>(AllocMem(static_cast<size_t>(capacity) * sizeof(char16_t), kOwnerUndo));
+  auto* text = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(capacity) * sizeof(char16_t), kOwnerUndo));
   if (!text) return false;
   if (record->textLength)
     memcpy(text, record->text, static_cast<size_t>(record->textLength) * sizeof(char16_t));
@@ -35,10 +37,12 @@ bool AddPosition(UndoRecord* record, int column, int line) {
   if (record->positionCount == record->positionCapacity) {
     int64_t capacity = record->positionCapacity ? record->positionCapacity * 2LL : 16;
     if (capacity > 0x0FFFFFFF) return false;
-    auto* positions = static_cast<int32_t*>(AllocMem(static_cast<size_t>(capacity) * 2 * sizeof(int32_t), kOwnerUndo));
+    auto* positions = static_cast<int32_t*>(
+        AllocMem(static_cast<size_t>(capacity) * 2 * sizeof(int32_t), kOwnerUndo));
     if (!positions) return false;
     if (record->positionCount)
-      memcpy(positions, record->positions, static_cast<size_t>(record->positionCount) * 2 * sizeof(int32_t));
+      memcpy(positions, record->positions,
+             static_cast<size_t>(record->positionCount) * 2 * sizeof(int32_t));
     FreeMem(record->positions);
     record->positions = positions;
     record->positionCapacity = static_cast<int32_t>(capacity);
@@ -58,7 +62,8 @@ void FreeRecord(UndoRecord* record) {
 // Length of the NUL-terminated string at `units` within `count`.
 int PartLength(const char16_t* units, int count) {
   int length = 0;
-  while (length < count && units[length]) ++length;
+  while (length < count && units[length])
+    ++length;
   return length;
 }
 
@@ -71,7 +76,8 @@ void MergeCaseChange(UndoRecord* head, const char16_t* units, int count) {
   int addNewStart = addOld < count ? addOld + 1 : addOld;
   int addNew = PartLength(units + addNewStart, count - addNewStart);
   int total = oldLength + addOld + 1 + newLength + addNew + 1;
-  auto* text = static_cast<char16_t*>(AllocMem(static_cast<size_t>(total) * sizeof(char16_t), kOwnerUndo));
+  auto* text =
+      static_cast<char16_t*>(AllocMem(static_cast<size_t>(total) * sizeof(char16_t), kOwnerUndo));
   if (!text) return;
   char16_t* out = text;
   auto put = [&out](const char16_t* from, int length) {
@@ -112,7 +118,8 @@ bool TryMerge(UndoRecord* head, int kind, int column, int line, const char16_t* 
       if (!contiguous && count == 0) return false;
       if (count > 0) {
         if (!ReserveText(head, count)) return true;
-        memmove(head->text + count, head->text, static_cast<size_t>(head->textLength) * sizeof(char16_t));
+        memmove(head->text + count, head->text,
+                static_cast<size_t>(head->textLength) * sizeof(char16_t));
         memcpy(head->text, units, static_cast<size_t>(count) * sizeof(char16_t));
         head->textLength += count;
       }
@@ -122,7 +129,8 @@ bool TryMerge(UndoRecord* head, int kind, int column, int line, const char16_t* 
     case kUndoShift: {
       int amount = head->textLength ? static_cast<int16_t>(head->text[0]) : 0;
       int added = count ? static_cast<int16_t>(units[0]) : 0;
-      if (head->textLength) head->text[0] = static_cast<char16_t>(static_cast<int16_t>(amount + added));
+      if (head->textLength)
+        head->text[0] = static_cast<char16_t>(static_cast<int16_t>(amount + added));
       break;
     }
     case kUndoReplace:
@@ -140,8 +148,8 @@ bool TryMerge(UndoRecord* head, int kind, int column, int line, const char16_t* 
   return true;
 }
 
-UndoRecord* NewRecord(EditDocument* document, int kind, int column, int line,
-                      const char16_t* units, int count) {
+UndoRecord* NewRecord(EditDocument* document, int kind, int column, int line, const char16_t* units,
+                      int count) {
   ClearRedo(document);
   auto* record = static_cast<UndoRecord*>(AllocMem(sizeof(UndoRecord), kOwnerUndo));
   if (!record) return nullptr;
@@ -149,7 +157,8 @@ UndoRecord* NewRecord(EditDocument* document, int kind, int column, int line,
   record->kind = kind == kUndoCaseChar ? kUndoReplace : kind == kUndoGroup ? kUndoCaret : kind;
   record->startColumn = record->endColumn = column;
   record->startLine = record->endLine = line;
-  for (BookmarkPosition& mark : record->bookmarkSnapshot) mark = {-1, -1};
+  for (BookmarkPosition& mark : record->bookmarkSnapshot)
+    mark = {-1, -1};
   if (count > 0) {
     if (!ReserveText(record, count)) {
       FreeMem(record);
@@ -250,14 +259,18 @@ void Order(TextPosition* a, TextPosition* b, int blockMode) {
 
 void DeleteBetween(EditDocument* document, TextPosition a, TextPosition b, int blockMode) {
   Order(&a, &b, blockMode);
-  if (blockMode == 1) DeleteColumns(document, a, b);
-  else DeleteStream(document, a, b);
+  if (blockMode == 1)
+    DeleteColumns(document, a, b);
+  else
+    DeleteStream(document, a, b);
 }
 
 void InsertAt(EditDocument* document, TextPosition at, const UndoRecord* record, int blockMode) {
   TextPosition end;
-  if (blockMode == 1) InsertColumns(document, at, record->text, record->textLength, &end);
-  else InsertStream(document, at, record->text, record->textLength, &end);
+  if (blockMode == 1)
+    InsertColumns(document, at, record->text, record->textLength, &end);
+  else
+    InsertStream(document, at, record->text, record->textLength, &end);
 }
 
 // Takes the fill characters out of the rectangle again (a wide fill may not cover it exactly).
@@ -267,7 +280,8 @@ void RemoveFill(EditDocument* document, TextPosition from, TextPosition to, char
     const LineRecord* record = document->lines[line];
     int index = UnitIndexAtColumn(record, from.column);
     int count = 0;
-    while (count < cells && index + count < LineLength(record) && record->text[index + count] == fill)
+    while (count < cells && index + count < LineLength(record) &&
+           record->text[index + count] == fill)
       ++count;
     if (count) ReplaceUnits(document, line, index, count, nullptr, 0);
   }
@@ -372,8 +386,10 @@ void Redo(EditorView* view) {
     case kUndoInsert: {
       TextPosition end;
       TextPosition at = StartOf(record);
-      if (record->blockMode == 1) InsertColumns(document, at, record->text, record->textLength, &end);
-      else InsertStream(document, at, record->text, record->textLength, &end);
+      if (record->blockMode == 1)
+        InsertColumns(document, at, record->text, record->textLength, &end);
+      else
+        InsertStream(document, at, record->text, record->textLength, &end);
       PlaceCaret(view, end.column, end.line);
       break;
     }

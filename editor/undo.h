@@ -8,15 +8,15 @@
 struct EditorView;
 
 enum UndoKind : int {
-  kUndoInsert = 0,      // text inserted; unit 13 stands for a line break
-  kUndoDelete = 1,      // forward deletion (Delete, a deleted selection)
-  kUndoBackspace = 2,   // backward deletion, the earliest unit first
-  kUndoCaret = 3,       // caret moved from start to end
-  kUndoShift = 5,       // block indented by the amount in text
-  kUndoReplace = 6,     // "old\0new\0" at every position
-  kUndoCaseChar = 8,    // one-character case change, stored as kind 6
-  kUndoGroup = 9,       // group boundary, stored as a new caret mark
-  kUndoFill = 10,       // column fill: the block's old text and the fill character
+  kUndoInsert = 0,     // text inserted; unit 13 stands for a line break
+  kUndoDelete = 1,     // forward deletion (Delete, a deleted selection)
+  kUndoBackspace = 2,  // backward deletion, the earliest unit first
+  kUndoCaret = 3,      // caret moved from start to end
+  kUndoShift = 5,      // block indented by the amount in text
+  kUndoReplace = 6,    // "old\0new\0" at every position
+  kUndoCaseChar = 8,   // one-character case change, stored as kind 6
+  kUndoGroup = 9,      // group boundary, stored as a new caret mark
+  kUndoFill = 10,      // column fill: the block's old text and the fill character
 };
 
 constexpr int kOwnerUndo = 5000;

@@ -16,7 +16,8 @@ int ReadUnrecognisedEncoding() {
 ImportChoice ReadImportChoice() {
   ImportChoice choice;
   choice.encoding = ReadInt(kSection, "ImportHanCode", ENCODING_DETECT);
-  if (choice.encoding < ENCODING_DETECT || choice.encoding > UTF16) choice.encoding = ENCODING_DETECT;
+  if (choice.encoding < ENCODING_DETECT || choice.encoding > UTF16)
+    choice.encoding = ENCODING_DETECT;
   choice.tabSize = ReadInt(kSection, "ImportTabSize", kDefaultImportTabSize);
   return choice;
 }

@@ -22,7 +22,8 @@ bool IsBlankOrTab(unsigned char byte) {
 // Counts characters the way the Johab and EUC-KR readers step through bytes.
 int CountPairedCharacters(const unsigned char* data, int count) {
   int units = 0;
-  for (int i = 0; i < count; i += IsPairLead(data[i]) ? 2 : 1) ++units;
+  for (int i = 0; i < count; i += IsPairLead(data[i]) ? 2 : 1)
+    ++units;
   return units;
 }
 
@@ -36,11 +37,13 @@ int ConvertBounded(int (*convert)(unsigned, const From*, int, To*, int), const F
   if (written > 0) return written;
   int needed = convert(kCodePageKorean, source, count, nullptr, 0);
   if (needed <= targetSize) return 0;
-  To* scratch = static_cast<To*>(AllocMem(sizeof(To) * static_cast<size_t>(needed), kOwnerConvertScratch));
+  To* scratch =
+      static_cast<To*>(AllocMem(sizeof(To) * static_cast<size_t>(needed), kOwnerConvertScratch));
   if (!scratch) return 0;
   written = convert(kCodePageKorean, source, count, scratch, needed);
   if (written > targetSize) written = targetSize;
-  for (int i = 0; i < written; ++i) target[i] = scratch[i];
+  for (int i = 0; i < written; ++i)
+    target[i] = scratch[i];
   FreeMem(scratch);
   return written;
 }
@@ -79,8 +82,9 @@ int JohabLineToUtf16(const char* bytes, int count, char16_t* target, int targetS
       target[written++] = u' ';
     } else {
       unsigned char trail = data[i++];
-      target[written++] = IsBlankOrTab(trail) ? kJohabFallbackUnit
-                                              : JohabToUnicode(lead << 8 | trail, kJohabFallbackUnit);
+      target[written++] = IsBlankOrTab(trail)
+                              ? kJohabFallbackUnit
+                              : JohabToUnicode(lead << 8 | trail, kJohabFallbackUnit);
     }
   }
   return written;
@@ -97,20 +101,23 @@ int EucKrLineToUtf16(const char* bytes, int count, char16_t* target, int targetS
 int Utf8LineToUtf16Count(const char* bytes, int count) {
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes);
   int units = 0;
-  for (int i = 0; i < count; ++units) NextUtf8Unit(data, count, &i);
+  for (int i = 0; i < count; ++units)
+    NextUtf8Unit(data, count, &i);
   return units;
 }
 
 int Utf8LineToUtf16(const char* bytes, int count, char16_t* target, int targetSize) {
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes);
   int written = 0;
-  for (int i = 0; i < count && written < targetSize;) target[written++] = NextUtf8Unit(data, count, &i);
+  for (int i = 0; i < count && written < targetSize;)
+    target[written++] = NextUtf8Unit(data, count, &i);
   return written;
 }
 
 int Utf16LineToJohabCount(const char16_t* units, int count) {
   int bytes = 0;
-  for (int i = 0; i < count; ++i) bytes += units[i] < 0x80 ? 1 : 2;
+  for (int i = 0; i < count; ++i)
+    bytes += units[i] < 0x80 ? 1 : 2;
   return bytes;
 }
 
@@ -142,7 +149,8 @@ int Utf16LineToEucKr(const char16_t* units, int count, char* target, int targetS
 
 int Utf16LineToUtf8Count(const char16_t* units, int count) {
   int bytes = 0;
-  for (int i = 0; i < count; ++i) bytes += Utf8Length(units[i]);
+  for (int i = 0; i < count; ++i)
+    bytes += Utf8Length(units[i]);
   return bytes;
 }
 

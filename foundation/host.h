@@ -29,6 +29,7 @@ const UiHost* SetUiHost(const UiHost* host);
 // A message box through the installed host.
 int HostMessage(const char* text, unsigned flags);
 // The same with string `id` formatted by FormatText with one argument, as the program's messages
-// with a file name or a number do ("'%s' 파일이 ..."); `argument` may be null for texts without one.
+// with a file name or a number do ("'%s' 파일이 ..."); `argument` may be null for texts without
+// one.
 int HostMessageId(int id, unsigned flags, const char* argument);
 int HostMessageIdNumber(int id, unsigned flags, int number);

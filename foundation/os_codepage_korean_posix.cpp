@@ -37,7 +37,8 @@ char16_t DecodePair(iconv_t cd, unsigned lead, unsigned trail) {
 }
 
 void BuildTables() {
-  for (unsigned unit = 0; unit < 0x80; ++unit) g_tables.codes[unit] = static_cast<unsigned short>(unit);
+  for (unsigned unit = 0; unit < 0x80; ++unit)
+    g_tables.codes[unit] = static_cast<unsigned short>(unit);
   g_tables.codes[kUnitOf80] = 0x80;
   g_tables.codes[kUnitOfFF] = 0xFF;
   iconv_t cd = iconv_open("UTF-16LE", "CP949");
@@ -47,7 +48,8 @@ void BuildTables() {
       char16_t unit = DecodePair(cd, lead, trail);
       if (!unit || unit < 0x80) continue;
       g_tables.pairs[lead - kFirstLead][trail] = unit;
-      if (!g_tables.codes[unit]) g_tables.codes[unit] = static_cast<unsigned short>(lead << 8 | trail);
+      if (!g_tables.codes[unit])
+        g_tables.codes[unit] = static_cast<unsigned short>(lead << 8 | trail);
     }
   }
   iconv_close(cd);

@@ -9,7 +9,9 @@ namespace {
 constexpr char16_t kFirstSyllable = 0xAC00;
 constexpr char16_t kLastSyllable = 0xD7A3;
 
-int Word(const unsigned char* p) { return p[0] | p[1] << 8; }
+int Word(const unsigned char* p) {
+  return p[0] | p[1] << 8;
+}
 
 }  // namespace
 

@@ -26,7 +26,9 @@ struct BitmapFont {
 // Reads the header; false when the file is too short or a size is 0 or above kBitmapFontMaxCell.
 bool ParseBitmapFont(const void* data, size_t size, BitmapFont* font);
 // Cell size of the editor's layout: half the full width, and the height.
-inline int BitmapFontCellWidth(const BitmapFont& font) { return font.fullWidth / 2; }
+inline int BitmapFontCellWidth(const BitmapFont& font) {
+  return font.fullWidth / 2;
+}
 
 // The glyph rows of `unit` and their row length in bytes, or null when the font has none.
 const unsigned char* BitmapFontGlyph(const BitmapFont& font, char16_t unit, int* rowBytes,

@@ -7,11 +7,13 @@ namespace {
 const char* SkipProgramName(const char* p) {
   if (*p == '"') {
     ++p;
-    while (*p && *p != '"') ++p;
+    while (*p && *p != '"')
+      ++p;
     if (*p) ++p;
     return p;
   }
-  while (static_cast<unsigned char>(*p) > 32) ++p;
+  while (static_cast<unsigned char>(*p) > 32)
+    ++p;
   return p;
 }
 
@@ -34,7 +36,8 @@ bool ParseCommandLine(const char* line, char* path) {
   path[0] = '\0';
   if (!line) return false;
   const char* p = SkipProgramName(line);
-  while (*p && static_cast<unsigned char>(*p) < 33) ++p;
+  while (*p && static_cast<unsigned char>(*p) < 33)
+    ++p;
   char quote = (*p == '"' || *p == '\'') ? *p : '\0';
   if (quote) ++p;
   int length = 0;
@@ -46,7 +49,8 @@ bool ParseCommandLine(const char* line, char* path) {
   // A cut in the middle of a UTF-8 sequence would leave a broken name: drop the partial tail.
   if (length == kCommandPathSize - 1 && *p) {
     int lead = length;
-    while (lead > 0 && (static_cast<unsigned char>(path[lead - 1]) & 0xC0) == 0x80) --lead;
+    while (lead > 0 && (static_cast<unsigned char>(path[lead - 1]) & 0xC0) == 0x80)
+      --lead;
     if (lead > 0) {
       unsigned char c = static_cast<unsigned char>(path[lead - 1]);
       int needed = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;

@@ -46,7 +46,9 @@ HFONT MakeFont(const char* nameKey, const char* fallbackFace, const char* sizeKe
   return CreateFontIndirectW(&font);
 }
 
-COLORREF Colour(unsigned value) { return static_cast<COLORREF>(value & 0xFFFFFF); }
+COLORREF Colour(unsigned value) {
+  return static_cast<COLORREF>(value & 0xFFFFFF);
+}
 
 }  // namespace
 

@@ -10,10 +10,10 @@ struct DisplayObjects {
   HFONT hangulFont;
   unsigned char* bitmapFontFile;  // the whole file, or null
   BitmapFont bitmapFont;
-  HPEN greyPen;            // RGB C0 C0 C0
-  HBRUSH brushes[4];       // E0 E0 F4, highlight, yellow, the editor's background colour
-  int hangulOffsetY;       // -10 ... 10
-  bool useBitmapFont;      // the flag as set; the file may still be missing
+  HPEN greyPen;        // RGB C0 C0 C0
+  HBRUSH brushes[4];   // E0 E0 F4, highlight, yellow, the editor's background colour
+  int hangulOffsetY;   // -10 ... 10
+  bool useBitmapFont;  // the flag as set; the file may still be missing
   int cellWidth;
   int cellHeight;
 };

@@ -120,8 +120,9 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       }
       return 0;
     case WM_MOUSEMOVE:
-      if (editor) EditorMouseMove(editor, static_cast<short>(LOWORD(lParam)),
-                                  static_cast<short>(HIWORD(lParam)));
+      if (editor)
+        EditorMouseMove(editor, static_cast<short>(LOWORD(lParam)),
+                        static_cast<short>(HIWORD(lParam)));
       return 0;
     case WM_LBUTTONUP:
       if (editor) EditorMouseUp(editor);

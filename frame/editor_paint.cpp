@@ -36,14 +36,16 @@ bool SelectedColumns(const EditorWindow* editor, int line, int* from, int* to) {
 void PaintMargin(HDC dc, const EditorWindow* editor, int line, int y) {
   const EditorView* view = &editor->view;
   RECT margin = {0, y, view->leftMargin, y + CellHeight()};
-  FillRect(dc, &margin, g_display.brushes[0] ? g_display.brushes[0]
-                                              : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+  FillRect(
+      dc, &margin,
+      g_display.brushes[0] ? g_display.brushes[0] : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
   for (int i = 0; i < kBookmarkCount; ++i) {
     const BookmarkPosition& mark = editor->document->bookmarks[i];
     if (mark.index < 0 || mark.line != line) continue;
     RECT flag = {1, y + 2, view->leftMargin - 1, y + CellHeight() - 2};
-    FillRect(dc, &flag, g_display.brushes[2] ? g_display.brushes[2]
-                                              : static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH)));
+    FillRect(dc, &flag,
+             g_display.brushes[2] ? g_display.brushes[2]
+                                  : static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH)));
     break;
   }
 }
@@ -69,8 +71,7 @@ void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
   bool endsInComment = false;
   if (editor->runs) {
     editor->runs->count = 0;
-    endsInComment =
-        ColourLine(&editor->runs, record->text, record->length, line, startsInComment);
+    endsInComment = ColourLine(&editor->runs, record->text, record->length, line, startsInComment);
   }
   record->commentState = endsInComment ? 1 : 0;
 
@@ -118,8 +119,8 @@ void PaintEditor(HWND window, EditorWindow* editor) {
   HDC memory = CreateCompatibleDC(dc);
   HBITMAP bitmap = CreateCompatibleBitmap(dc, client.right, client.bottom);
   HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
-  HGDIOBJ oldFont = SelectObject(memory, g_display.latinFont ? g_display.latinFont
-                                                              : GetStockObject(SYSTEM_FIXED_FONT));
+  HGDIOBJ oldFont = SelectObject(
+      memory, g_display.latinFont ? g_display.latinFont : GetStockObject(SYSTEM_FIXED_FONT));
   HBRUSH background = CreateSolidBrush(ClassColour(kClassBackground));
   FillRect(memory, &client, background);
   DeleteObject(background);
@@ -127,8 +128,8 @@ void PaintEditor(HWND window, EditorWindow* editor) {
 
   const EditorView* view = &editor->view;
   const int height = CellHeight();
-  for (int line = view->firstLine, y = 0;
-       y < client.bottom && line < editor->document->lineCount; ++line, y += height) {
+  for (int line = view->firstLine, y = 0; y < client.bottom && line < editor->document->lineCount;
+       ++line, y += height) {
     if (y + height <= paint.rcPaint.top || y >= paint.rcPaint.bottom) continue;
     PaintLine(memory, editor, line, y, client.right);
   }
@@ -136,8 +137,9 @@ void PaintEditor(HWND window, EditorWindow* editor) {
   int rows = editor->document->lineCount - view->firstLine;
   for (int y = (rows > 0 ? rows : 0) * height; y < client.bottom; y += height) {
     RECT margin = {0, y, view->leftMargin, y + height};
-    FillRect(memory, &margin, g_display.brushes[0] ? g_display.brushes[0]
-                                                    : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+    FillRect(
+        memory, &margin,
+        g_display.brushes[0] ? g_display.brushes[0] : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
   }
 
   BitBlt(dc, 0, 0, client.right, client.bottom, memory, 0, 0, SRCCOPY);
@@ -153,7 +155,6 @@ void RepaintEditorLine(EditorWindow* editor, int line) {
   const EditorView* view = &editor->view;
   int row = line - view->firstLine;
   if (row < 0 || row * CellHeight() >= view->textHeight) return;
-  RECT band = {0, row * CellHeight(), view->leftMargin + view->textWidth,
-               (row + 1) * CellHeight()};
+  RECT band = {0, row * CellHeight(), view->leftMargin + view->textWidth, (row + 1) * CellHeight()};
   InvalidateRect(static_cast<HWND>(view->window), &band, FALSE);
 }

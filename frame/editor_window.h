@@ -20,7 +20,7 @@ struct EditorWindow {
   ColourRuns* runs;
   bool checkPending;  // command 112 is posted and not answered yet
   bool hasFocus;
-  bool dragging;      // the mouse is captured by a left-button drag
+  bool dragging;  // the mouse is captured by a left-button drag
 };
 
 EditorWindow* EditorWindowOf(HWND window);

@@ -102,9 +102,9 @@ int HostPageLines(void*, EditorView* view) {
 }
 
 const EditorHost kWindowEditorHost = {
-    nullptr,      RepaintLine,  RepaintAll,   CaretMoved,   TitleChanged, DocumentLoaded,
-    StatusText,   nullptr,      nullptr,      AskSavePath,  SetClipboard, GetClipboard,
-    nullptr,      nullptr,      nullptr,
+    nullptr,        RepaintLine,  RepaintAll, CaretMoved, TitleChanged,
+    DocumentLoaded, StatusText,   nullptr,    nullptr,    AskSavePath,
+    SetClipboard,   GetClipboard, nullptr,    nullptr,    nullptr,
 };
 
 CommandHost MakeCommandHost() {

@@ -18,19 +18,30 @@ const CommandRow kRows[] = {
     {75, kCommandFrame},  // options sheet
     {85, kCommandFrame},  // exit
     {84, kCommandFrame},  // close the active child
-    {86, kCommandFrame},  {87, kCommandFrame}, {88, kCommandFrame}, {89, kCommandFrame},
-    {91, kCommandFrame},  // close all
+    {86, kCommandFrame},
+    {87, kCommandFrame},
+    {88, kCommandFrame},
+    {89, kCommandFrame},
+    {91, kCommandFrame},   // close all
     {119, kCommandFrame},  // close project
-    {116, kCommandProjectWindow}, {117, kCommandProjectWindow},
-    {124, kCommandProjectWindow}, {125, kCommandProjectWindow}, {126, kCommandProjectWindow},
+    {116, kCommandProjectWindow},
+    {117, kCommandProjectWindow},
+    {124, kCommandProjectWindow},
+    {125, kCommandProjectWindow},
+    {126, kCommandProjectWindow},
     // Dialogs and tool windows that come with their own subsystems.
     {27, kCommandUnfinished},  // open with a coding-style conversion
     {37, kCommandUnfinished},  // import in another format
     {39, kCommandUnfinished},  // terminal
-    {114, kCommandUnfinished}, {115, kCommandUnfinished},  // new and open project
-    {46, kCommandUnfinished}, {47, kCommandUnfinished},    // calculators
-    {29, kCommandUnfinished}, {28, kCommandUnfinished}, {25, kCommandUnfinished},
-    {24, kCommandUnfinished}, {23, kCommandUnfinished},
+    {114, kCommandUnfinished},
+    {115, kCommandUnfinished},  // new and open project
+    {46, kCommandUnfinished},
+    {47, kCommandUnfinished},  // calculators
+    {29, kCommandUnfinished},
+    {28, kCommandUnfinished},
+    {25, kCommandUnfinished},
+    {24, kCommandUnfinished},
+    {23, kCommandUnfinished},
     {43, kCommandUnfinished},  // help
     {9999, kCommandUnfinished},
     {44, kCommandSilent},  // the logo window
@@ -48,12 +59,18 @@ FrameCommandAction FrameCommand(int id) {
 
 const char* FrameCommandName(FrameCommandAction action) {
   switch (action) {
-    case kCommandForward: return "forward";
-    case kCommandFrame: return "frame";
-    case kCommandProjectWindow: return "project";
-    case kCommandUnfinished: return "unfinished";
-    case kCommandSilent: return "silent";
-    case kCommandWindowList: return "window-list";
+    case kCommandForward:
+      return "forward";
+    case kCommandFrame:
+      return "frame";
+    case kCommandProjectWindow:
+      return "project";
+    case kCommandUnfinished:
+      return "unfinished";
+    case kCommandSilent:
+      return "silent";
+    case kCommandWindowList:
+      return "window-list";
   }
   return "?";
 }

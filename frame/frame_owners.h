@@ -4,5 +4,5 @@
 constexpr int kOwnerSettingsCopy = 1006;  // the settings path in the internal form
 constexpr int kOwnerBitmapFont = 1007;    // the bitmap font file, read whole
 constexpr int kOwnerSessionScratch = 1008;
-constexpr int kOwnerEditorChild = 1009;   // the frame's record of one document window
-constexpr int kOwnerFontList = 1010;      // the options sheet's font page
+constexpr int kOwnerEditorChild = 1009;  // the frame's record of one document window
+constexpr int kOwnerFontList = 1010;     // the options sheet's font page

@@ -30,7 +30,7 @@ namespace {
 const wchar_t kTitle[] = L"Quill";
 constexpr int kFrameWidth = 1024;
 constexpr int kFrameHeight = 768;
-constexpr int kWindowMenuPosition = 3;  // "창(&W)"
+constexpr int kWindowMenuPosition = 3;   // "창(&W)"
 constexpr int kFirstBitmapPosition = 6;  // menu-bar items 6-8: build and run, build, rebuild
 constexpr UINT_PTR kLogoTimer = 1;
 
@@ -68,8 +68,8 @@ void PutBuildBitmaps(HWND frame) {
     ModifyMenuW(bar, static_cast<UINT>(kFirstBitmapPosition + i), MF_BYPOSITION | MF_BITMAP,
                 static_cast<UINT_PTR>(kCommands[i]),
                 reinterpret_cast<LPCWSTR>(g_frame.buildBitmaps[i]));
-    SetMenuItemBitmaps(bar, static_cast<UINT>(kCommands[i]), MF_BYCOMMAND,
-                       g_frame.buildBitmaps[i], g_frame.buildBitmaps[i]);
+    SetMenuItemBitmaps(bar, static_cast<UINT>(kCommands[i]), MF_BYCOMMAND, g_frame.buildBitmaps[i],
+                       g_frame.buildBitmaps[i]);
   }
 }
 
@@ -330,8 +330,7 @@ HWND ActiveChild() {
              : nullptr;
 }
 
-HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
-                            int importOption) {
+HWND OpenOrActivateDocument(const char* path, const char* style, int importCode, int importOption) {
   (void)importCode;
   (void)importOption;
   for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
@@ -367,8 +366,8 @@ void UpdateMenuState(int mode, bool quick) {
   HMENU bar = GetMenu(g_frame.frame);
   for (int i = 0; i < plan.count; ++i) {
     const MenuItemState& item = plan.items[i];
-    UINT flags = (item.byPosition ? MF_BYPOSITION : MF_BYCOMMAND) |
-                 (item.enabled ? MF_ENABLED : MF_GRAYED);
+    UINT flags =
+        (item.byPosition ? MF_BYPOSITION : MF_BYCOMMAND) | (item.enabled ? MF_ENABLED : MF_GRAYED);
     EnableMenuItem(bar, static_cast<UINT>(item.id), flags);
   }
   if (plan.redrawBar) DrawMenuBar(g_frame.frame);

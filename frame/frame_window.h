@@ -10,8 +10,7 @@ HWND CreateFrameWindow(HINSTANCE instance);
 
 // Opens `path` in an editor window: activates a window that shows it already, reuses an empty
 // unmodified new document, or makes a new window. `style` is a conversion-style name or null.
-HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
-                            int importOption);
+HWND OpenOrActivateDocument(const char* path, const char* style, int importCode, int importOption);
 
 // Menu state: mode 0 nothing open, 1 a document, 2 the project window; see PlanMenuState.
 void UpdateMenuState(int mode, bool quick);

@@ -5,7 +5,7 @@
 constexpr int kMenuStateMaxItems = 32;
 
 struct MenuItemState {
-  int id;         // a command id, or a menu-bar position when byPosition is set
+  int id;  // a command id, or a menu-bar position when byPosition is set
   bool byPosition;
   bool enabled;
 };

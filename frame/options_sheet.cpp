@@ -2,8 +2,8 @@
 
 #include <commctrl.h>
 
-#include "foundation/formatter.h"
 #include <cstring>
+#include "foundation/formatter.h"
 
 #include "editor/colour_runs.h"
 #include "editor/colour_settings.h"
@@ -63,8 +63,8 @@ int GetSpin(HWND dialog, int spin) {
 void SelectText(HWND dialog, int control, const char* text, bool keep = false) {
   wchar_t wide[300];
   if (!text[0] || !MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, 300)) return;
-  LRESULT index = SendDlgItemMessageW(dialog, control, CB_FINDSTRINGEXACT,
-                                      static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(wide));
+  LRESULT index = SendDlgItemMessageW(dialog, control, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                      reinterpret_cast<LPARAM>(wide));
   if (index == CB_ERR && keep)
     index = SendDlgItemMessageW(dialog, control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide));
   if (index != CB_ERR) SendDlgItemMessageW(dialog, control, CB_SETCURSEL, index, 0);
@@ -84,10 +84,10 @@ int CALLBACK AddFace(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM con
   if (face[0] == L'@' && !fill->vertical) return 1;
   BYTE charset = font->lfCharSet;
   if (charset == SYMBOL_CHARSET) return 1;
-  HWND list = (charset == HANGUL_CHARSET || charset == SHIFTJIS_CHARSET ||
-               charset == CHINESEBIG5_CHARSET)
-                  ? fill->hangul
-                  : fill->latin;
+  HWND list =
+      (charset == HANGUL_CHARSET || charset == SHIFTJIS_CHARSET || charset == CHINESEBIG5_CHARSET)
+          ? fill->hangul
+          : fill->latin;
   if (SendMessageW(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
                    reinterpret_cast<LPARAM>(face)) == CB_ERR)
     SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(face));
@@ -241,7 +241,8 @@ INT_PTR CALLBACK ColourPageProc(HWND page, UINT message, WPARAM wParam, LPARAM l
       const NMHDR* notify = reinterpret_cast<const NMHDR*>(lParam);
       if (HandleCommonNotify(page, notify, 1)) return TRUE;
       if (notify->code == PSN_APPLY) {
-        for (int i = 0; i < kColourClassCount; ++i) SetClassColour(i, g_pending[i]);
+        for (int i = 0; i < kColourClassCount; ++i)
+          SetClassColour(i, g_pending[i]);
         SaveColours();
         g_confirmed = true;
         SetResult(page, PSNRET_NOERROR);

@@ -19,8 +19,8 @@ const char* FramePlaceKey() {
 // restored first, as the desk is being closed anyway.
 void TakePlace(HWND child, POINT origin, SessionWindow* window) {
   window->show = IsIconic(child) ? kShowMinimized : IsZoomed(child) ? kShowMaximized : kShowNormal;
-  if (window->show != kShowNormal) SendMessageW(g_frame.mdiClient, WM_MDIRESTORE,
-                                                reinterpret_cast<WPARAM>(child), 0);
+  if (window->show != kShowNormal)
+    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(child), 0);
   RECT rect;
   GetWindowRect(child, &rect);
   window->left = rect.left - origin.x;
@@ -39,8 +39,8 @@ void RestoreDocumentList(const char* file) {
     SessionEntry entry;
     if (!ReadSessionEntry(file, i, &entry)) continue;
     bool zoom = entry.show == kShowMaximized;
-    HWND window = CreateEditorWindow(entry.path, nullptr, 0, 0, entry.left, entry.top,
-                                     entry.width, entry.height, zoom ? kShowNormal : entry.show);
+    HWND window = CreateEditorWindow(entry.path, nullptr, 0, 0, entry.left, entry.top, entry.width,
+                                     entry.height, zoom ? kShowNormal : entry.show);
     if (window && zoom) maximised = window;
   }
   if (maximised) {
@@ -56,8 +56,8 @@ void SaveDocumentList(const char* file) {
   int count = 0;
   POINT origin = {0, 0};
   ClientToScreen(g_frame.mdiClient, &origin);
-  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD);
-       child && count < kMaxSessionWindows; child = GetWindow(child, GW_HWNDNEXT)) {
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child && count < kMaxSessionWindows;
+       child = GetWindow(child, GW_HWNDNEXT)) {
     // Icon titles and other helpers of the client are not documents.
     if (GetWindow(child, GW_OWNER)) continue;
     SessionWindow& window = windows[count];

@@ -17,7 +17,8 @@ constexpr int kEntrySize = kSessionPathSize + 80;
 // One decimal number after blanks, in the profile's manner: an optional sign, then digits.
 bool ReadNumber(const char** cursor, int* value) {
   const char* p = *cursor;
-  while (*p == ' ' || *p == '\t') ++p;
+  while (*p == ' ' || *p == '\t')
+    ++p;
   bool negative = false;
   if (*p == '-' || *p == '+') negative = *p++ == '-';
   if (*p < '0' || *p > '9') return false;
@@ -41,7 +42,8 @@ int FormatSessionEntry(const SessionEntry* entry, char* text, int size) {
 
 bool ParseSessionEntry(const char* text, SessionEntry* entry) {
   const char* p = text;
-  while (*p == ' ' || *p == '\t') ++p;
+  while (*p == ' ' || *p == '\t')
+    ++p;
   int length = 0;
   if (*p == '"') {
     ++p;

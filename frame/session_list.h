@@ -5,17 +5,17 @@
 constexpr int kSessionPathSize = 780;
 constexpr int kMaxSessionWindows = 100;
 
-extern const char kDocListSection[];  // "DocList"
-extern const char kProjectKey[];      // "Project"
-extern const char kFramePlaceKey[];   // "FrameWnd"
+extern const char kDocListSection[];            // "DocList"
+extern const char kProjectKey[];                // "Project"
+extern const char kFramePlaceKey[];             // "FrameWnd"
 extern const char kCommandLineFramePlaceKey[];  // "CLFrameWnd"
 
 // Show states as the system numbers them.
 enum : int { kShowNormal = 1, kShowMaximized = 3, kShowMinimized = 6 };
 
 struct SessionWindow {
-  const char* path;  // internal form; null for the project window
-  bool untitled;     // an untitled new document: not written, takes no index
+  const char* path;              // internal form; null for the project window
+  bool untitled;                 // an untitled new document: not written, takes no index
   int left, top, width, height;  // the restored rectangle relative to the MDI client
   int show;
 };

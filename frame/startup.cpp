@@ -6,12 +6,12 @@
 
 #include <commctrl.h>
 
+#include "editor/colour_settings.h"
 #include "foundation/diagnostics.h"
 #include "foundation/language.h"
 #include "foundation/library.h"
-#include "foundation/modeless.h"
-#include "editor/colour_settings.h"
 #include "foundation/memory.h"
+#include "foundation/modeless.h"
 #include "foundation/os_path.h"
 #include "foundation/settings.h"
 #include "frame/command_line.h"
