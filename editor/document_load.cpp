@@ -1,7 +1,6 @@
 // Opening a file: the size and text checks, the encoding, the tab width and the lines.
 #include <cstring>
 
-#include "editor/comment_states.h"
 #include "editor/document.h"
 #include "editor/document_io.h"
 #include "editor/editor_host.h"
@@ -147,7 +146,6 @@ void FinishLoad(EditorView* view) {
   document->modified = 0;
   document->untitled = 0;
   document->flag = 0;
-  ComputeCommentStates(document);
   view->caretColumn = view->caretLine = view->firstColumn = view->firstLine = 0;
   CollapseSelection(view);
   RestoreFileState(view);

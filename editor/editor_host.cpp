@@ -1,5 +1,8 @@
 #include "editor/editor_host.h"
 
+#include "editor/comment_states.h"
+#include "editor/editor_view.h"
+
 #include "foundation/os_time.h"
 
 namespace {
@@ -15,11 +18,16 @@ const EditorHost* SetEditorHost(const EditorHost* host) {
   return previous;
 }
 
+// Every change of the text asks for a repaint of what it touched, so the lines' comment states
+// are brought up to date here, before anything is painted from them: from a changed line on, or
+// the whole document after a change of many lines (a load, an undo, a replace-all).
 void EditorRepaintLine(EditorView* view, int line) {
+  if (view && view->document) RefreshCommentStates(view->document, line);
   if (g_host->repaintLine) g_host->repaintLine(g_host->context, view, line);
 }
 
 void EditorRepaintAll(EditorView* view) {
+  if (view && view->document) ComputeCommentStates(view->document);
   if (g_host->repaintAll) g_host->repaintAll(g_host->context, view);
 }
 

@@ -8,6 +8,9 @@
 
 #include "editor/document.h"
 #include "editor/document_io.h"
+#include "editor/editing.h"
+#include "editor/editor_view.h"
+#include "editor/undo.h"
 #include "tests/support/klib_test.h"
 
 namespace {
@@ -61,6 +64,21 @@ TEST_F(CommentStates, RefreshStopsWhereNothingChanges) {
   document_->lines[4]->commentState = 1;
   RefreshCommentStates(document_, 1);
   EXPECT_EQ(States(), "11001");
+}
+
+TEST_F(CommentStates, EditsKeepTheStatesUpToDate) {
+  Lines({u"int a;", u"b", u"", u"c */ d", u"e"});
+  ComputeCommentStates(document_);
+  EXPECT_EQ(States(), "00-00");
+  EditorView view = {};
+  view.document = document_;
+  // Typing an opening comment in the first line carries the state down to the closing line.
+  TypeCharacter(&view, u'/');
+  TypeCharacter(&view, u'*');
+  EXPECT_EQ(States(), "11-00");
+  // Undoing the typing takes it back.
+  Undo(&view);
+  EXPECT_EQ(States(), "00-00");
 }
 
 }  // namespace
