@@ -49,14 +49,21 @@ int ConvertBounded(int (*convert)(unsigned, const From*, int, To*, int), const F
 }
 
 // One UTF-8 sequence from data[*i]: the lead's bits and as many continuation bytes as it
-// announces and the data holds. A byte that cannot lead stands for itself.
+// announces and the data holds. A byte that cannot lead stands for itself, and so does the lead
+// of a sequence that spells an ASCII character the long way: read as one unit it could put a line
+// end inside a line.
 char16_t NextUtf8Unit(const unsigned char* data, int count, int* i) {
+  int start = *i;
   unsigned char lead = data[(*i)++];
   int trail = Utf8TrailCount(lead);
   if (trail <= 0) return lead;
   unsigned value = lead & (0x3Fu >> trail);
   for (; trail > 0 && *i < count && IsUtf8Continuation(data[*i]); --trail) {
     value = value << 6 | (data[(*i)++] & 0x3Fu);
+  }
+  if (value < 0x80) {
+    *i = start + 1;
+    return lead;
   }
   return static_cast<char16_t>(value);
 }

@@ -122,6 +122,9 @@ TEST_F(LineConvert, Utf8OldFormsAndSurrogates) {
   // Data that ends inside a sequence, and bytes that cannot lead.
   EXPECT_EQ(DecodeUtf8("a\xEA\xB0").size(), 2u);
   EXPECT_EQ(DecodeUtf8("\x80\xFF"), std::u16string(u"\x80\xFF"));
+  // ASCII spelt the long way is not read as ASCII: no line end can hide inside a line.
+  EXPECT_EQ(DecodeUtf8("\xC0\x8A*"), std::u16string(u"\xC0\x8A*"));
+  EXPECT_EQ(DecodeUtf8("\xE0\x80\x8D"), std::u16string(u"\xE0\x80\x8D"));
   EXPECT_EQ(EncodeUtf8(u"\x7F\x80\u07FF\u0800\uFFFF"), "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF");
 }
 
