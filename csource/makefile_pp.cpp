@@ -16,6 +16,10 @@
 namespace {
 
 constexpr int kMaxReferenceDepth = 32;
+// Macros that name each other twice over ("A = $(B)$(B)", "B = $(A)$(A)") grow without end; an
+// expansion stops at this many references or this much text, whichever comes first.
+constexpr int kMaxReferences = 100000;
+constexpr size_t kMaxExpandedText = 1 << 20;
 
 char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
@@ -30,9 +34,9 @@ bool SameWord(const char* p, size_t length, const char* word) {
 }
 
 bool Expand(const SymbolTable* table, const char* text, size_t length, TextBuffer* out, int depth,
-            const char* skipName) {
+            int* references) {
   bool closed = true;
-  for (size_t i = 0; i < length; ++i) {
+  for (size_t i = 0; i < length && out->length < kMaxExpandedText; ++i) {
     if (text[i] != '$' || i + 1 >= length) {
       AppendChar(out, text[i]);
       continue;
@@ -52,15 +56,12 @@ bool Expand(const SymbolTable* table, const char* text, size_t length, TextBuffe
       used = nameLength + 2;
     }
     i += used;
-    if (nameLength == 0 || nameLength > 63) continue;
-    if (skipName && strlen(skipName) == nameLength && memcmp(skipName, name, nameLength) == 0) {
-      continue;
-    }
+    if (nameLength == 0 || nameLength > 63 || --*references < 0) continue;
     const SymbolRecord* record =
         FindSymbol(table, name, static_cast<int>(nameLength), kSymbolMacro);
     if (!record) continue;
     if (depth < kMaxReferenceDepth) {
-      Expand(table, record->body, strlen(record->body), out, depth + 1, nullptr);
+      Expand(table, record->body, strlen(record->body), out, depth + 1, references);
     }
   }
   return closed;
@@ -115,7 +116,7 @@ int MakeCondition(MakeRun& run, const char* text, unsigned line) {
   }
   TextBuffer expanded;
   InitText(&expanded, kOwnerMakefileText);
-  if (!Expand(run.table, TextOf(&work), work.length, &expanded, 0, nullptr))
+  if (!ExpandMakefileText(run.table, TextOf(&work), work.length, &expanded))
     ReportSyntaxError(run.sink, run.path, static_cast<int>(line), kSyntaxMakefileExpansion);
   FreeText(&work);
   ZeroIdentifiers(&expanded);
@@ -199,7 +200,7 @@ bool MakeDirective(MakeRun& run, const char* text, unsigned line) {
   } else if (SameWord(word, length, "include")) {
     TextBuffer name;
     InitText(&name, kOwnerMakefileText);
-    Expand(run.table, rest, strlen(rest), &name, 0, nullptr);
+    ExpandMakefileText(run.table, rest, strlen(rest), &name);
     char* n = name.text;
     if (n) {
       while (name.length && IsCBlank(n[name.length - 1]))
@@ -261,7 +262,8 @@ void Definition(MakeRun& run, const char* text) {
     }
     if (!hit) break;
     AppendText(&value, at, static_cast<size_t>(hit - at));
-    if (old) AppendText(&value, old->body);
+    // "X = $(X)$(X)" line after line doubles the value each time; it stops growing at the limit.
+    if (old && value.length < kMaxExpandedText) AppendText(&value, old->body);
     at = hit + self.length;
   }
   AppendText(&value, at, static_cast<size_t>(valueEnd - at));
@@ -274,7 +276,8 @@ void Definition(MakeRun& run, const char* text) {
 
 bool ExpandMakefileText(const SymbolTable* table, const char* text, size_t length,
                         TextBuffer* out) {
-  return Expand(table, text, length, out, 0, nullptr);
+  int references = kMaxReferences;
+  return Expand(table, text, length, out, 0, &references);
 }
 
 void PreprocessMakefile(SymbolTable* table, const char* path, int depth, TextBuffer* sink) {

@@ -14,7 +14,8 @@ constexpr int kMaxMakefileDepth = 16;  // !include levels; a makefile that inclu
 void PreprocessMakefile(SymbolTable* table, const char* path, int depth, TextBuffer* sink);
 
 // Appends `text` with its $(NAME) and $X references expanded (unknown ones expand to nothing, a
-// "$(" without ")" stays). False when a "$(" was not closed.
+// "$(" without ")" stays). Macros that name each other endlessly are cut off after a fixed number
+// of references and about a megabyte of text. False when a "$(" was not closed.
 bool ExpandMakefileText(const SymbolTable* table, const char* text, size_t length, TextBuffer* out);
 
 // The expanded "$(C_OPTION)" of a makefile read with VCPATH = `compilerFolder`; a block the caller

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <string>
 
 #include "csource/makefile_pp.h"
@@ -140,4 +141,28 @@ TEST_F(DeclarationTest, MakefileMacrosConditionsAndCompilerOptions) {
   EXPECT_EQ(Find("LATE"), nullptr);
   FreeMem(options);
   FreeText(&sink);
+}
+
+TEST_F(DeclarationTest, MakefileMacrosThatGrowWithoutEndAreCutOff) {
+  auto options = [this](const std::string& text) {
+    std::string mak = Write("grow.mak", text);
+    TextBuffer sink;
+    InitText(&sink, 1);
+    char* block = ReadCompilerOptions(folder_.c_str(), mak.c_str(), &sink);
+    std::string result = block ? block : "(null)";
+    FreeMem(block);
+    FreeText(&sink);
+    return result;
+  };
+  // A macro doubled on every line would reach 2^60 bytes: it stops near a megabyte.
+  std::string doubling = "X=ab\n";
+  for (int i = 0; i < 60; ++i) doubling += "X=$(X)$(X)\n";
+  std::string grown = options(doubling + "C_OPTION=$(X)\n");
+  EXPECT_GT(grown.size(), size_t{1} << 19);
+  EXPECT_LT(grown.size(), size_t{4} << 20);
+  EXPECT_EQ(grown.substr(0, 6), "ababab");
+  // Two macros naming each other twice over would take 2^32 references: the expansion ends.
+  std::string mutual = options("A=$(B)x$(B)\nB=$(A)$(A)\nC_OPTION=$(A)\n");
+  EXPECT_GT(mutual.size(), size_t{1000});
+  EXPECT_EQ(mutual.find_first_not_of('x'), std::string::npos);
 }
