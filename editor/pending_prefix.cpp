@@ -41,13 +41,21 @@ void ResetPendingPrefix() {
   EditorStatusText(kStatusMessagePart, "");
 }
 
-bool PrefixKeyDown(EditorView* view, int virtualKey) {
-  int prefix = PendingPrefix;
-  if (prefix == kPrefixNone) return false;
-  if (virtualKey == kKeyShift || virtualKey == kKeyControl || virtualKey == kKeyAlt) return false;
-  // The prefix ends before the action, so that a dialog the action opens sees none pending.
-  ResetPendingPrefix();
-  bool taken = true;
+namespace {
+
+bool IsSecondKey(int prefix, int virtualKey) {
+  switch (prefix) {
+    case kPrefixCtrlK:
+      return virtualKey == 'E' || virtualKey == 'F' || virtualKey == 'S';
+    case kPrefixCtrlO:
+      return virtualKey == 'O' || virtualKey == 'C' || virtualKey == 'K' || virtualKey == 'F';
+    case kPrefixCtrlQ:
+      return virtualKey == 'A' || virtualKey == 'F';
+  }
+  return false;
+}
+
+void RunSecondKey(EditorView* view, int prefix, int virtualKey) {
   switch (prefix * 256 + virtualKey) {
     case kPrefixCtrlK * 256 + 'E':
       ChangeWordCase(view, false);
@@ -76,10 +84,19 @@ bool PrefixKeyDown(EditorView* view, int virtualKey) {
     case kPrefixCtrlQ * 256 + 'F':
       FindDialog(view, false);
       break;
-    default:
-      taken = false;
-      break;
   }
-  PrefixKeyTaken = taken;
-  return taken;
+}
+
+}  // namespace
+
+bool PrefixKeyDown(EditorView* view, int virtualKey) {
+  int prefix = PendingPrefix;
+  if (prefix == kPrefixNone) return false;
+  if (virtualKey == kKeyShift || virtualKey == kKeyControl || virtualKey == kKeyAlt) return false;
+  // The prefix ends before the action, so that a dialog the action opens sees none pending; the
+  // key's character is marked as taken first, since that dialog may deliver it meanwhile.
+  ResetPendingPrefix();
+  PrefixKeyTaken = IsSecondKey(prefix, virtualKey);
+  if (PrefixKeyTaken) RunSecondKey(view, prefix, virtualKey);
+  return IsSecondKey(prefix, virtualKey);
 }

@@ -8,8 +8,10 @@
 // empty one). Failures other than cancelling are screen notes.
 bool AskOpenFileName(void* owner, char* name, int size, const char* title, const char* filter,
                      const char* initialFolder, unsigned flags);
+// The save dialog adds `defaultExtension` (without the dot) to a name typed without one.
 bool AskSaveFileName(void* owner, char* name, int size, const char* title, const char* filter,
-                     const char* initialFolder, unsigned flags);
+                     const char* initialFolder, unsigned flags,
+                     const char* defaultExtension = nullptr);
 // The shell's folder browser, opening on the folder already in `folder` and limited to `root`
 // when one is given.
 bool AskFolder(void* owner, const char* title, char* folder, int size, const char* root);

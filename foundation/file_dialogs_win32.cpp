@@ -81,7 +81,8 @@ struct DialogTexts {
 };
 
 bool RunFileDialog(bool save, void* owner, char* name, int size, const char* title,
-                   const char* filter, const char* initialFolder, unsigned flags) {
+                   const char* filter, const char* initialFolder, unsigned flags,
+                   const char* defaultExtension) {
   DialogTexts texts;
   if (!texts.Fill(name, title ? title : GetStr(save ? kStringSaveTitle : kStringOpenTitle), filter,
                   initialFolder)) {
@@ -96,6 +97,9 @@ bool RunFileDialog(bool save, void* owner, char* name, int size, const char* tit
   dialog.lpstrTitle = texts.title;
   dialog.lpstrInitialDir = texts.folder[0] ? texts.folder : nullptr;
   dialog.Flags = flags | OFN_EXPLORER;
+  wchar_t extension[16];
+  if (defaultExtension && ToWide(defaultExtension, extension, 16, false))
+    dialog.lpstrDefExt = extension;
   if (save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog)) {
     ToInternalList(texts.name, name, size);
     return true;
@@ -127,12 +131,13 @@ int CALLBACK SelectInitialFolder(HWND browser, UINT message, LPARAM, LPARAM fold
 
 bool AskOpenFileName(void* owner, char* name, int size, const char* title, const char* filter,
                      const char* initialFolder, unsigned flags) {
-  return RunFileDialog(false, owner, name, size, title, filter, initialFolder, flags);
+  return RunFileDialog(false, owner, name, size, title, filter, initialFolder, flags, nullptr);
 }
 
 bool AskSaveFileName(void* owner, char* name, int size, const char* title, const char* filter,
-                     const char* initialFolder, unsigned flags) {
-  return RunFileDialog(true, owner, name, size, title, filter, initialFolder, flags);
+                     const char* initialFolder, unsigned flags, const char* defaultExtension) {
+  return RunFileDialog(true, owner, name, size, title, filter, initialFolder, flags,
+                       defaultExtension);
 }
 
 bool AskFolder(void* owner, const char* title, char* folder, int size, const char* root) {

@@ -1,6 +1,6 @@
 // The editor's host interfaces as the windows answer them: repaints, caret, title and status go
 // to the window that shows the view; the clipboard is the system's; the save dialog is the common
-// one. The dialogs that are not built yet answer as a user who cancels.
+// one; the questions are the editor's dialogs.
 #include <cstring>
 
 #include "editor/command_host.h"
@@ -8,8 +8,11 @@
 #include "editor/editor_host.h"
 #include "foundation/file_dialogs.h"
 #include "foundation/memory.h"
+#include "frame/dialog_support.h"
+#include "frame/editor_dialogs.h"
 #include "frame/editor_window.h"
 #include "frame/frame_state.h"
+#include "frame/frame_window.h"
 #include "frame/status_bar.h"
 
 namespace {
@@ -56,15 +59,23 @@ void StatusText(void*, int part, const char* text) {
 }
 
 bool AskSavePath(void*, const char* title, char* path, int size) {
-  static const char kFilter[] = "Source Files\0*.c;*.cpp;*.h;*.hpp;*.txt\0All Files\0*.*\0";
-  return AskSaveFileName(g_frame.frame, path, size, title, kFilter, nullptr, 0);
+  return AskSaveFileName(g_frame.frame, path, size, title, kSourceFileFilter, nullptr, 0, "cpp");
+}
+
+bool AskTabSize(void*, int proposed, TabSizeAnswer* answer) {
+  return AskTabSizeDialog(g_frame.frame, proposed, answer);
+}
+
+char16_t AskFillCharacter(void*) {
+  return AskFillCharacterDialog(g_frame.frame);
 }
 
 bool SetClipboard(void*, const char16_t* units, int count) {
   if (!OpenClipboard(g_frame.frame)) return false;
   EmptyClipboard();
   bool done = false;
-  if (HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, (static_cast<SIZE_T>(count) + 1) * 2)) {
+  if (HGLOBAL block =
+          GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, (static_cast<SIZE_T>(count) + 1) * 2)) {
     wchar_t* target = static_cast<wchar_t*>(GlobalLock(block));
     memcpy(target, units, static_cast<size_t>(count) * 2);
     target[count] = L'\0';
@@ -101,19 +112,33 @@ int HostPageLines(void*, EditorView* view) {
   return PageLines(view);
 }
 
-const EditorHost kWindowEditorHost = {
-    nullptr,        RepaintLine,  RepaintAll, CaretMoved, TitleChanged,
-    DocumentLoaded, StatusText,   nullptr,    nullptr,    AskSavePath,
-    SetClipboard,   GetClipboard, nullptr,    nullptr,    nullptr,
-};
-
-CommandHost MakeCommandHost() {
-  CommandHost host = {};
-  host.pageLines = HostPageLines;
-  return host;
+bool SearchDialog(void*, EditorView*, SearchRequest* request) {
+  return RunSearchDialog(g_frame.frame, request);
 }
 
-const CommandHost kWindowCommandHost = MakeCommandHost();
+bool AskLineNumber(void*, EditorView*, int* number) {
+  return AskLineNumberDialog(g_frame.frame, number);
+}
+
+bool AskOtherFormat(void*, EditorView*, OtherFormatAnswer* answer) {
+  return AskOtherFormatDialog(g_frame.frame, answer);
+}
+
+bool OpenFile(void*, const char* path) {
+  return OpenOrActivateDocument(path, nullptr, 0, 0) != nullptr;
+}
+
+constexpr EditorHost kWindowEditorHost = {
+    nullptr,        RepaintLine,  RepaintAll, CaretMoved,       TitleChanged,
+    DocumentLoaded, StatusText,   AskTabSize, AskFillCharacter, AskSavePath,
+    SetClipboard,   GetClipboard, nullptr,    nullptr,          nullptr,
+};
+
+// Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
+constexpr CommandHost kWindowCommandHost = {
+    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile,
+    nullptr, nullptr,      nullptr,       HostPageLines,
+};
 
 }  // namespace
 

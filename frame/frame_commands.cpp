@@ -14,6 +14,7 @@ const CommandRow kRows[] = {
     {79, kCommandFrame},  // new document
     {32, kCommandFrame},  // second copy of the program
     {80, kCommandFrame},  // open
+    {37, kCommandFrame},  // open in another format
     {34, kCommandFrame},  // save all
     {75, kCommandFrame},  // options sheet
     {85, kCommandFrame},  // exit
@@ -31,7 +32,6 @@ const CommandRow kRows[] = {
     {126, kCommandProjectWindow},
     // Dialogs and tool windows that come with their own subsystems.
     {27, kCommandUnfinished},  // open with a coding-style conversion
-    {37, kCommandUnfinished},  // import in another format
     {39, kCommandUnfinished},  // terminal
     {114, kCommandUnfinished},
     {115, kCommandUnfinished},  // new and open project

@@ -12,8 +12,10 @@
 #include "foundation/message_box.h"
 #include "foundation/translate.h"
 #include "frame/command_line.h"
+#include "frame/dialog_support.h"
 #include "frame/display_objects.h"
 #include "frame/editor_child.h"
+#include "frame/editor_dialogs.h"
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
 #include "frame/menu_state.h"
@@ -149,10 +151,24 @@ void StartSecondCopy() {
 }
 
 void OpenWithDialog(HWND frame) {
-  static const char kFilter[] = "Source Files\0*.c;*.cpp;*.h;*.hpp;*.txt\0All Files\0*.*\0";
   char path[780] = "";
-  if (!AskOpenFileName(frame, path, sizeof path, nullptr, kFilter, nullptr, 0)) return;
+  if (!AskOpenFileName(frame, path, sizeof path, nullptr, kSourceFileFilter, nullptr, 0)) return;
   OpenOrActivateDocument(path, nullptr, 0, 0);
+}
+
+// The file opens with the encoding and tab width chosen in the dialog instead of detected ones.
+void ImportWithDialog(HWND frame) {
+  ImportAnswer answer;
+  if (AskImportDialog(frame, &answer))
+    OpenOrActivateDocument(answer.path, nullptr, answer.encoding, answer.tabSize);
+}
+
+// Paste is offered only while the clipboard holds text and an editor is there to take it.
+void OnInitMenuPopup(HMENU menu) {
+  if (GetMenuState(menu, IDM_PASTE, MF_BYCOMMAND) == static_cast<UINT>(-1)) return;
+  bool text = IsClipboardFormatAvailable(CF_TEXT) || IsClipboardFormatAvailable(CF_UNICODETEXT);
+  bool editor = EditorWindowDocument(ActiveChild()) != nullptr;
+  EnableMenuItem(menu, IDM_PASTE, MF_BYCOMMAND | (text && editor ? MF_ENABLED : MF_GRAYED));
 }
 
 // After a confirmed options sheet every editor is drawn with the new objects.
@@ -176,6 +192,9 @@ bool OnFrameCommand(HWND frame, int id) {
       return true;
     case IDM_OPEN:
       OpenWithDialog(frame);
+      return true;
+    case IDM_IMPORT:
+      ImportWithDialog(frame);
       return true;
     case IDM_SAVE_ALL:
       SaveAll();
@@ -309,6 +328,9 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     case WM_COMMAND:
       if (OnCommand(frame, wParam, lParam)) return 0;
       break;
+    case WM_INITMENUPOPUP:
+      OnInitMenuPopup(reinterpret_cast<HMENU>(wParam));
+      break;
     case WM_DROPFILES:
       OnDropFiles(reinterpret_cast<HDROP>(wParam));
       return 0;
@@ -331,8 +353,6 @@ HWND ActiveChild() {
 }
 
 HWND OpenOrActivateDocument(const char* path, const char* style, int importCode, int importOption) {
-  (void)importCode;
-  (void)importOption;
   for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
        child = GetWindow(child, GW_HWNDNEXT)) {
     if (EditorShowsPath(child, path)) {
@@ -352,12 +372,15 @@ HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
       document->sourcePath[kPathSize - 1] = '\0';
     }
     document->untitled = 0;
+    document->encoding = static_cast<uint8_t>(importCode);
+    document->tabSize = static_cast<uint8_t>(importOption);
+    document->keepTabSize = importOption ? 1 : 0;
     SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(active), 0);
     SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
     SendMessageW(active, WM_COMMAND, kCmdLoadFile, 0);
     return active;
   }
-  return CreateEditorWindow(path, nullptr, 0, 0, 0, 0, 0, 0, kShowDefault);
+  return CreateEditorWindow(path, nullptr, importCode, importOption, 0, 0, 0, 0, kShowDefault);
 }
 
 void UpdateMenuState(int mode, bool quick) {

@@ -11,6 +11,7 @@
 #include "foundation/language.h"
 #include "foundation/settings.h"
 #include "foundation/translate.h"
+#include "frame/dialog_support.h"
 #include "frame/display_objects.h"
 #include "frame/frame_state.h"
 #include "resources/resource.h"
@@ -35,27 +36,6 @@ bool HandleCommonNotify(HWND page, const NMHDR* notify, int pageIndex) {
       return true;
   }
   return false;
-}
-
-void SetText(HWND dialog, int control, const char* text) {
-  wchar_t wide[300];
-  if (!MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, 300)) wide[0] = L'\0';
-  SetDlgItemTextW(dialog, control, wide);
-}
-
-void GetText(HWND dialog, int control, char* text, int size) {
-  wchar_t wide[300];
-  GetDlgItemTextW(dialog, control, wide, 300);
-  if (!WideCharToMultiByte(CP_UTF8, 0, wide, -1, text, size, nullptr, nullptr)) text[0] = '\0';
-}
-
-void SetSpin(HWND dialog, int spin, int low, int high, int value) {
-  SendDlgItemMessageW(dialog, spin, UDM_SETRANGE32, static_cast<WPARAM>(low), high);
-  SendDlgItemMessageW(dialog, spin, UDM_SETPOS32, 0, value);
-}
-
-int GetSpin(HWND dialog, int spin) {
-  return static_cast<int>(SendDlgItemMessageW(dialog, spin, UDM_GETPOS32, 0, 0));
 }
 
 // Selects `text` in a list; with `keep` a name the list lacks is added, so that a stored face
@@ -151,11 +131,11 @@ void ApplyFontPage(HWND page) {
   bool useFile = IsDlgButtonChecked(page, IDC_USE_SELF_FONT) == BST_CHECKED;
   WriteNums(kConfigSection, "UseSelfFontFg", useFile ? 1 : 0);
   char text[300];
-  GetText(page, IDC_ENG_FONT, text, sizeof text);
+  GetControlText(page, IDC_ENG_FONT, text, sizeof text, false);
   WriteText(kConfigSection, "EngFontName", text);
-  GetText(page, IDC_HAN_FONT, text, sizeof text);
+  GetControlText(page, IDC_HAN_FONT, text, sizeof text, false);
   WriteText(kConfigSection, "HanFontName", text);
-  GetText(page, IDC_SELF_FONT, text, sizeof text);
+  GetControlText(page, IDC_SELF_FONT, text, sizeof text, false);
   WriteText(kConfigSection, "SelfFontName", text);
   g_display.hangulOffsetY = offset;
   g_display.useBitmapFont = useFile;
@@ -220,7 +200,7 @@ INT_PTR CALLBACK ColourPageProc(HWND page, UINT message, WPARAM wParam, LPARAM l
     case WM_INITDIALOG:
       TranslateDialog(page);
       for (int i = 0; i < kColourClassCount; ++i) {
-        SetText(page, IDC_COLOUR_LABEL0 + i, ColourKey(i));
+        SetControlText(page, IDC_COLOUR_LABEL0 + i, ColourKey(i), false);
         g_pending[i] = ClassColour(i);
         RenewSample(page, i);
       }

@@ -116,3 +116,48 @@
 #define IDC_WHEEL_LINES_SPIN 301
 
 #define IDC_DIALOG_NAME 996
+
+// The editor's dialogs. Control numbers stay below 900, so that a language file can name each as
+// its dialog's base number plus the control's.
+#define IDD_FIND 140
+#define IDD_REPLACE 141
+#define IDD_GOTO_LINE 142
+#define IDD_TAB_SIZE 143
+#define IDD_FILL_CHAR 144
+#define IDD_IMPORT 145
+#define IDD_SAVE_OTHER 146
+
+// The labels and frames of a dialog, numbered so that a language file can reach them.
+#define IDC_LABEL1 201  // ... 205
+
+// Find and replace.
+#define IDC_FIND_TEXT 101
+#define IDC_REPLACE_TEXT 102
+#define IDC_MATCH_CASE 103
+#define IDC_WHOLE_WORD 104
+#define IDC_DIR_UP 105  // the pair: up, down
+#define IDC_DIR_DOWN 106
+#define IDC_SCOPE_ALL 107  // whole text, selection
+#define IDC_SCOPE_SELECTION 108
+#define IDC_ORIGIN_CARET 109  // from the caret, from the top
+#define IDC_ORIGIN_TOP 110
+#define IDC_CLEAR_FIND 111  // empties the find field
+#define IDC_SWAP_TEXTS 112  // exchanges the find and replace fields
+#define IDC_REPLACE_ALL 113
+
+// Go to line, tab size and fill character: one number or character field each.
+#define IDC_VALUE 101
+#define IDC_VALUE_SPIN 102
+#define IDC_KEEP_TAB_SIZE 103
+
+// Open and save in another format.
+#define IDC_FORMAT_PATH 101
+#define IDC_FORMAT_BROWSE 102
+#define IDC_ENCODING_DETECT 103  // detect, Johab, EUC-KR, UTF-8, UTF-16 in this order
+#define IDC_ENCODING_JOHAB 104
+#define IDC_ENCODING_UTF16 107
+#define IDC_FORMAT_TAB 108
+#define IDC_FORMAT_TAB_SPIN 109
+#define IDC_LINE_END_CRLF 110  // the pair: CR LF, LF alone
+#define IDC_LINE_END_LF 111
+#define IDC_BYTE_ORDER_MARK 112

@@ -6,68 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/e2e/quill_driver.h"
+#include "tests/e2e/e2e_support.h"
 
 namespace {
-
-std::wstring FolderOf(const std::wstring& exe) {
-  return exe.substr(0, exe.find_last_of(L'\\') + 1);
-}
-
-void WriteBytes(const std::wstring& path, const std::string& bytes) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-}
-
-std::string ReadBytes(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                            nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return {};
-  std::string bytes(GetFileSize(file, nullptr), '\0');
-  DWORD read = 0;
-  ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  CloseHandle(file);
-  bytes.resize(read);
-  return bytes;
-}
-
-HWND OnlyChild(const QuillProcess& quill) {
-  std::vector<HWND> children;
-  for (HWND child = GetWindow(quill.Child(77), GW_CHILD); child;
-       child = GetWindow(child, GW_HWNDNEXT)) {
-    if (!GetWindow(child, GW_OWNER)) children.push_back(child);
-  }
-  return children.size() == 1 ? children[0] : nullptr;
-}
-
-void Key(WORD key, bool up) {
-  INPUT input = {};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = key;
-  input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
-  SendInput(1, &input, sizeof input);
-}
-
-void Press(WORD key) {
-  Key(key, false);
-  Key(key, true);
-}
-
-void TypeUnit(wchar_t unit) {
-  INPUT input[2] = {};
-  for (int i = 0; i < 2; ++i) {
-    input[i].type = INPUT_KEYBOARD;
-    input[i].ki.wScan = unit;
-    input[i].ki.dwFlags = KEYEVENTF_UNICODE | (i ? KEYEVENTF_KEYUP : 0);
-  }
-  SendInput(2, input, sizeof input[0]);
-}
-
-void Settle() {
-  Sleep(400);
-}
 
 // A line of Hangul and ASCII in EUC-KR: 한 C7D1, 글 B1DB, 가 B0A1.
 const char kKoreanFile[] = "\xC7\xD1\xB1\xDB int main;\r\n/* \xB0\xA1 */ return 0;\r\n";
@@ -99,11 +40,11 @@ TEST(EditorView, KoreanFileIsShownTypedIntoAndSavedInItsEncoding) {
   Press(VK_RIGHT);
   Settle();
   EXPECT_EQ(quill.StatusText(0), L"\tCol 3, Ln 1");
-  TypeUnit(L'x');
+  TypeText(L"x");
   Press(VK_DOWN);  // line 2 starts with "/* ": column 3 is not inside a wide character
   Press(VK_END);
-  TypeUnit(L'y');
-  TypeUnit(L'\xAC00');  // U+AC00 가, typed as a finished character
+  TypeText(L"y");
+  TypeText(L"\xAC00");  // U+AC00 가, typed as a finished character
   Settle();
   EXPECT_EQ(quill.StatusText(0), L"\tCol 22, Ln 2");
   EXPECT_EQ(quill.StatusText(1), L"\tModified");

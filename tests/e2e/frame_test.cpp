@@ -7,7 +7,7 @@
 
 #include <iterator>
 
-#include "tests/e2e/quill_driver.h"
+#include "tests/e2e/e2e_support.h"
 
 namespace {
 
@@ -107,62 +107,6 @@ TEST(Frame, ClearsTheReadOnlyAttributeOfItsSettingsFile) {
 }  // namespace
 
 namespace {
-
-std::wstring FolderOf(const std::wstring& exe) {
-  return exe.substr(0, exe.find_last_of(L'\\') + 1);
-}
-
-std::string ReadAll(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                            nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return {};
-  std::string text(GetFileSize(file, nullptr), '\0');
-  DWORD read = 0;
-  ReadFile(file, text.data(), static_cast<DWORD>(text.size()), &read, nullptr);
-  CloseHandle(file);
-  text.resize(read);
-  return text;
-}
-
-// What the settings file holds under a key, as the program reads it.
-std::string Setting(const std::wstring& ini, const wchar_t* section, const wchar_t* key) {
-  wchar_t value[1024];
-  GetPrivateProfileStringW(section, key, L"<none>", value, 1024, ini.c_str());
-  char bytes[3072];
-  WideCharToMultiByte(CP_UTF8, 0, value, -1, bytes, sizeof bytes, nullptr, nullptr);
-  return bytes;
-}
-
-// The MDI children of the running frame, top first.
-std::vector<HWND> Children(const QuillProcess& quill) {
-  std::vector<HWND> children;
-  for (HWND child = GetWindow(quill.Child(77), GW_CHILD); child;
-       child = GetWindow(child, GW_HWNDNEXT)) {
-    if (!GetWindow(child, GW_OWNER)) children.push_back(child);
-  }
-  return children;
-}
-
-// Waits for a top-level window of the process other than the frame with the given caption.
-HWND WaitForWindow(const QuillProcess& quill, const std::wstring& caption, DWORD timeoutMs = 5000) {
-  DWORD process = 0;
-  GetWindowThreadProcessId(quill.Frame(), &process);
-  for (DWORD waited = 0; waited < timeoutMs; waited += 50) {
-    for (HWND window = GetTopWindow(nullptr); window; window = GetWindow(window, GW_HWNDNEXT)) {
-      DWORD owner = 0;
-      GetWindowThreadProcessId(window, &owner);
-      if (owner == process && window != quill.Frame() && IsWindowVisible(window) &&
-          WindowText(window) == caption)
-        return window;
-    }
-    Sleep(50);
-  }
-  return nullptr;
-}
-
-void Settle() {
-  Sleep(300);
-}
 
 // Every chord of the key map, as the table in Quill.exe holds it.
 TEST(Frame, AcceleratorTableHoldsEveryChord) {
