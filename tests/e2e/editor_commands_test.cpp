@@ -552,4 +552,81 @@ TEST(EditorCommands, DialogsAreTranslatedAndKeepTheirPlace) {
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
+// The chords not met above: selecting to the text's ends, Ctrl+H, the plain second keys C, K and
+// Ctrl+Q F, F1 on an include line, and Save As from the menu.
+TEST(EditorCommands, RemainingChordsAndSecondKeys) {
+  Scenario scenario(L"commands-rest", L"main.c", "#include \"other.h\"\r\nint x;\r\n");
+  WriteBytes(scenario.folder() + L"other.h", "int other;\r\n");
+  ASSERT_TRUE(scenario.Start());
+
+  // Ctrl+Shift+End selects everything behind the caret, Ctrl+Shift+Home everything before it.
+  Press(VK_DOWN);
+  Chord({VK_CONTROL, VK_SHIFT}, VK_END);
+  Chord({VK_CONTROL}, 'C');
+  Settle();
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  HANDLE data = GetClipboardData(CF_UNICODETEXT);
+  std::wstring copied = data ? static_cast<const wchar_t*>(GlobalLock(data)) : L"<none>";
+  if (data) GlobalUnlock(data);
+  CloseClipboard();
+  EXPECT_EQ(copied, L"int x;");
+  Chord({VK_CONTROL, VK_SHIFT}, VK_HOME);
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 1, Ln 1");
+
+  // Ctrl+H and Ctrl+Q F open their dialogs; Escape leaves them.
+  Chord({VK_CONTROL}, 'H');
+  HWND replace = WaitForWindow(scenario.quill(), L"바꾸기");
+  ASSERT_NE(replace, nullptr);
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(WaitUntilGone(replace));
+  Chord({VK_CONTROL}, 'Q');
+  Press('F');
+  HWND find = WaitForWindow(scenario.quill(), L"찾기");
+  ASSERT_NE(find, nullptr);
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(WaitUntilGone(find));
+
+  // Ctrl+O C then a rectangle copies a column; Ctrl+O K makes the next copy whole lines again.
+  Press(VK_HOME);  // a plain move ends the selection
+  Chord({VK_CONTROL}, 'O');
+  Press('C');
+  Chord({VK_SHIFT}, VK_DOWN);
+  Chord({VK_SHIFT}, VK_RIGHT);
+  Chord({VK_CONTROL}, 'C');
+  Chord({VK_CONTROL}, 'O');
+  Press('K');
+  Settle();
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  data = GetClipboardData(CF_UNICODETEXT);
+  copied = data ? static_cast<const wchar_t*>(GlobalLock(data)) : L"<none>";
+  if (data) GlobalUnlock(data);
+  CloseClipboard();
+  EXPECT_EQ(copied, L"#\r\ni");
+
+  // F1 inside the quotes opens the header in a window of its own.
+  Chord({VK_CONTROL}, VK_HOME);
+  for (int i = 0; i < 12; ++i)
+    Press(VK_RIGHT);
+  Press(VK_F1);
+  Settle();
+  ASSERT_EQ(Children(scenario.quill()).size(), 2u);
+  HWND header = Children(scenario.quill())[0];
+  EXPECT_NE(WindowText(header).find(L"other.h"), std::wstring::npos);
+  scenario.Shot(L"open-under-caret");
+
+  // Save As from the File menu writes the header under a new name and retitles its window.
+  Chord({VK_MENU}, 'F');
+  Press('A');
+  HWND saveAs = Dialog(scenario, L"다른 이름으로 저장", L"save-as-menu");
+  ASSERT_NE(saveAs, nullptr);
+  TypeText(scenario.folder() + L"renamed.h");
+  Press(VK_RETURN);
+  EXPECT_TRUE(WaitUntilGone(saveAs));
+  Settle();
+  EXPECT_EQ(ReadBytes(scenario.folder() + L"renamed.h"), "int other;\r\n");
+  EXPECT_NE(WindowText(header).find(L"renamed.h"), std::wstring::npos);
+  EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
+}
+
 }  // namespace
