@@ -629,4 +629,48 @@ TEST(EditorCommands, RemainingChordsAndSecondKeys) {
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
+// Closing the frame asks about each modified document: Yes saves it, Cancel keeps the frame and
+// the rest open, No lets it go unsaved.
+TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
+  Scenario scenario(L"commands-close", L"first.c", "1\r\n");
+  std::wstring second = scenario.folder() + L"second.c";
+  WriteBytes(second, "2\r\n");
+  ASSERT_TRUE(scenario.Start());
+  TypeText(L"a");
+  Settle();
+  HWND first = scenario.editor();
+  Chord({VK_MENU}, 'F');
+  Press('O');
+  HWND open = WaitForWindow(scenario.quill(), L"");
+  ASSERT_NE(open, nullptr);
+  Settle();
+  TypeText(second);
+  Press(VK_RETURN);
+  ASSERT_TRUE(WaitUntilGone(open));
+  Settle();
+  ASSERT_EQ(Children(scenario.quill()).size(), 2u);
+  TypeText(L"b");
+  Settle();
+
+  auto answer = [&](int button) {
+    HWND box = WaitForWindow(scenario.quill(), L"");
+    if (!box) return false;
+    PostMessageW(box, WM_COMMAND, button, 0);
+    return WaitUntilGone(box);
+  };
+  PostMessageW(scenario.quill().Frame(), WM_CLOSE, 0, 0);
+  ASSERT_TRUE(answer(IDYES));  // the active one, second.c, is saved
+  ASSERT_TRUE(answer(IDCANCEL));
+  Settle();
+  EXPECT_TRUE(scenario.quill().Running());
+  EXPECT_EQ(ReadBytes(second), "b2\r\n");
+  EXPECT_TRUE(IsWindow(first));
+  EXPECT_EQ(scenario.Bytes(), "1\r\n");
+
+  PostMessageW(scenario.quill().Frame(), WM_CLOSE, 0, 0);
+  ASSERT_TRUE(answer(IDNO));
+  EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
+  EXPECT_EQ(scenario.Bytes(), "1\r\n");
+}
+
 }  // namespace
