@@ -341,13 +341,9 @@ void EditorVerticalScroll(EditorWindow* editor, int request) {
       ScrollToLine(editor, editor->document->lineCount - page);
       return;
     case SB_THUMBTRACK:
-    case SB_THUMBPOSITION: {
-      SCROLLINFO info = {};
-      info.cbSize = sizeof info;
-      info.fMask = SIF_TRACKPOS;
-      GetScrollInfo(WindowOf(editor), SB_VERT, &info);
-      ScrollToLine(editor, info.nTrackPos * scale);
+    case SB_THUMBPOSITION:
+      // The scale keeps every position within the message's 16 bits.
+      ScrollToLine(editor, HIWORD(request) * scale);
       return;
-    }
   }
 }

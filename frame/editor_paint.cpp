@@ -50,6 +50,42 @@ void PaintMargin(HDC dc, const EditorWindow* editor, int line, int y) {
   }
 }
 
+// Draws `unit` from the loaded bitmap font in `colour`, leaving the pixels of the cell that the
+// glyph does not set as they are; false when no font is loaded or it has no glyph for the unit.
+bool DrawBitmapGlyph(HDC dc, char16_t unit, int x, int y, COLORREF colour) {
+  if (!g_display.bitmapFontFile) return false;
+  int rowBytes = 0, width = 0;
+  const unsigned char* rows = BitmapFontGlyph(g_display.bitmapFont, unit, &rowBytes, &width);
+  if (!rows) return false;
+  const int height = g_display.bitmapFont.height;
+  // A monochrome bitmap's rows are whole 16-bit words.
+  const int stride = (rowBytes + 1) & ~1;
+  unsigned char bits[kBitmapFontMaxCell * (kBitmapFontMaxCell / 8 + 2)] = {};
+  for (int row = 0; row < height; ++row) {
+    for (int i = 0; i < rowBytes; ++i)
+      bits[row * stride + i] = rows[row * rowBytes + i];
+  }
+  HBITMAP glyph = CreateBitmap(width, height, 1, 1, bits);
+  HDC source = CreateCompatibleDC(dc);
+  HBRUSH brush = CreateSolidBrush(colour);
+  if (glyph && source && brush) {
+    HGDIOBJ oldGlyph = SelectObject(source, glyph);
+    HGDIOBJ oldBrush = SelectObject(dc, brush);
+    // Set bits come out white, clear ones black; white takes the brush, black keeps the cell.
+    COLORREF oldBack = SetBkColor(dc, RGB(255, 255, 255));
+    SetTextColor(dc, RGB(0, 0, 0));
+    constexpr DWORD kBrushWhereSourceIsSet = 0x00E20746;
+    BitBlt(dc, x, y, width, height, source, 0, 0, kBrushWhereSourceIsSet);
+    SetBkColor(dc, oldBack);
+    SelectObject(dc, oldBrush);
+    SelectObject(source, oldGlyph);
+  }
+  if (brush) DeleteObject(brush);
+  if (source) DeleteDC(source);
+  if (glyph) DeleteObject(glyph);
+  return true;
+}
+
 void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
   const EditorView* view = &editor->view;
   const int cell = CellWidth();
@@ -93,7 +129,9 @@ void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
     if (x >= right) break;
     if (unit == u' ') continue;
     bool selected = column - width >= selFrom && column - width < selTo;
-    SetTextColor(dc, selected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : ClassColour(colourClass));
+    COLORREF colour = selected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : ClassColour(colourClass);
+    if (DrawBitmapGlyph(dc, unit, x, y, colour)) continue;
+    SetTextColor(dc, colour);
     HGDIOBJ wanted = width == 2 ? g_display.hangulFont : g_display.latinFont;
     if (wanted && wanted != font) {
       SelectObject(dc, wanted);

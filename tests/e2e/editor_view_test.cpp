@@ -112,7 +112,8 @@ TEST(EditorView, WheelScrollsByTheConfiguredLines) {
   std::wstring folder = FolderOf(exe);
   WriteBytes(folder + L"QUILL.INI", "[Config]\r\nWheelScrollLines=3\r\n");
   std::string lines;
-  for (int i = 0; i < 100; ++i) lines += "line " + std::to_string(i + 1) + "\r\n";
+  for (int i = 0; i < 100; ++i)
+    lines += "line " + std::to_string(i + 1) + "\r\n";
   WriteBytes(folder + L"lines.txt", lines);
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"lines.txt\""));
@@ -156,7 +157,9 @@ TEST(EditorView, CompositionIsShownInPlaceAndReplaced) {
   EXPECT_EQ(quill.StatusText(0), L"\tCol 4, Ln 1");
   PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
   Settle();
-  EXPECT_EQ(ReadBytes(path), "a\xEA\xB0\x81" "b\r\n");
+  EXPECT_EQ(ReadBytes(path),
+            "a\xEA\xB0\x81"
+            "b\r\n");
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 
@@ -184,6 +187,72 @@ TEST(EditorView, ClickAndDragSelect) {
   PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
   Settle();
   EXPECT_EQ(ReadBytes(path), "qthree\r\n");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+// 200,000 lines are more than a scroll bar's 16-bit range holds: positions are tenths of lines.
+TEST(EditorView, LongDocumentScrollsWithAScale) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-scale");
+  std::string lines;
+  lines.reserve(200000 * 8);
+  for (int i = 0; i < 200000; ++i)
+    lines += "l" + std::to_string(i) + "\r\n";
+  std::wstring path = FolderOf(exe) + L"long.txt";
+  WriteBytes(path, lines);
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  // The scroll bar's positions are not readable from another process under Wine; where the
+  // thumb takes the view shows the scale: a click at the top then lands on that line.
+  auto thumbTo = [&](int position) {
+    PostMessageW(editor, WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, position), 0);
+    PostMessageW(editor, WM_VSCROLL, MAKEWPARAM(SB_THUMBPOSITION, position), 0);
+    PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));
+    PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(1, 1));
+    Settle();
+    return quill.StatusText(0);
+  };
+  EXPECT_EQ(thumbTo(10000), L"\tCol 1, Ln 100001");
+  EXPECT_EQ(thumbTo(19999), L"\tCol 1, Ln 199991");
+  PostMessageW(quill.Frame(), WM_COMMAND, 93, 0);  // Ctrl+End
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 8, Ln 200000");
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-scale.bmp");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+// A bitmap font file of the program's own format draws the characters it has glyphs for; the
+// others are left out of its cells (a glyph of no pixels draws nothing).
+TEST(EditorView, BitmapFontDrawsItsGlyphs) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-bitmap-font");
+  std::wstring folder = FolderOf(exe);
+  std::string font(24 + 256 * 16, '\0');
+  font[18] = 16;  // two-column cell 16 pixels wide
+  font[20] = 16;  // 16 high
+  for (int row = 0; row < 16; ++row)
+    font[24 + 'A' * 16 + row] = '\xFF';  // 'A' a solid block
+  WriteBytes(folder + L"blocky.fnt", font);
+  WriteBytes(folder + L"QUILL.INI", "[Config]\r\nUseSelfFontFg=1\r\nSelfFontName=blocky\r\n");
+  WriteBytes(folder + L"font.txt", "A B\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"font.txt\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-bitmap-font.bmp");
+  auto pixel = [editor](int column) {
+    POINT point = {6 + column * 8 + 4, 8};  // the middle of the cell, behind the margin
+    ClientToScreen(editor, &point);
+    HDC screen = GetDC(nullptr);
+    COLORREF colour = GetPixel(screen, point.x, point.y);
+    ReleaseDC(nullptr, screen);
+    return colour;
+  };
+  COLORREF blank = pixel(1);
+  EXPECT_NE(pixel(0), blank);  // A: every pixel set
+  EXPECT_EQ(pixel(2), blank);  // B: no pixel set, where a system font's B has its middle bar
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 
