@@ -15,6 +15,7 @@ const CommandRow kRows[] = {
     {32, kCommandFrame},  // second copy of the program
     {80, kCommandFrame},  // open
     {37, kCommandFrame},  // open in another format
+    {43, kCommandFrame},  // help
     {34, kCommandFrame},  // save all
     {75, kCommandFrame},  // options sheet
     {85, kCommandFrame},  // exit
@@ -42,7 +43,6 @@ const CommandRow kRows[] = {
     {25, kCommandUnfinished},
     {24, kCommandUnfinished},
     {23, kCommandUnfinished},
-    {43, kCommandUnfinished},  // help
     {9999, kCommandUnfinished},
     {44, kCommandSilent},  // the logo window
 };

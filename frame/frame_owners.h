@@ -6,3 +6,4 @@ constexpr int kOwnerBitmapFont = 1007;    // the bitmap font file, read whole
 constexpr int kOwnerSessionScratch = 1008;
 constexpr int kOwnerEditorChild = 1009;  // the frame's record of one document window
 constexpr int kOwnerFontList = 1010;     // the options sheet's font page
+constexpr int kOwnerHelpText = 1011;     // a language's help file, read whole

@@ -18,6 +18,7 @@
 #include "frame/editor_dialogs.h"
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
+#include "frame/help_window.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
 #include "frame/session_layout.h"
@@ -195,6 +196,9 @@ bool OnFrameCommand(HWND frame, int id) {
       return true;
     case IDM_IMPORT:
       ImportWithDialog(frame);
+      return true;
+    case IDM_HELP:
+      ShowHelpWindow(frame);
       return true;
     case IDM_SAVE_ALL:
       SaveAll();

@@ -161,3 +161,8 @@
 #define IDC_LINE_END_CRLF 110  // the pair: CR LF, LF alone
 #define IDC_LINE_END_LF 111
 #define IDC_BYTE_ORDER_MARK 112
+
+// The help window and its built-in text (resource type "RTF").
+#define IDD_HELP 11
+#define IDC_HELP_TEXT 100
+#define IDR_HELP_TEXT 1

@@ -110,8 +110,8 @@ namespace {
 
 // Every chord of the key map, as the table in Quill.exe holds it.
 TEST(Frame, AcceleratorTableHoldsEveryChord) {
-  HMODULE quill = LoadLibraryExW((ProgramFolder() + L"Quill.exe").c_str(), nullptr,
-                                 LOAD_LIBRARY_AS_DATAFILE);
+  HMODULE quill =
+      LoadLibraryExW((ProgramFolder() + L"Quill.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(quill, nullptr);
   HACCEL table = LoadAcceleratorsW(quill, MAKEINTRESOURCEW(1));
   ASSERT_NE(table, nullptr);
@@ -130,14 +130,43 @@ TEST(Frame, AcceleratorTableHoldsEveryChord) {
     WORD key;
     WORD command;
   } chords[] = {
-      {FVIRTKEY | FSHIFT, VK_F4, 87}, {FVIRTKEY | FSHIFT, VK_F5, 86}, {c, 'N', 79}, {c, 'S', 82},
-      {c, VK_HOME, 92}, {c, VK_END, 93}, {cs, VK_HOME, 94}, {cs, VK_END, 95}, {c, VK_LEFT, 48},
-      {c, VK_RIGHT, 49}, {c, VK_UP, 30}, {c, VK_DOWN, 31}, {c, VK_BACK, 35}, {c, 'X', 105},
-      {c, 'C', 106}, {c, 'V', 107}, {c, 'A', 74}, {c, 'F', 108}, {v, VK_F1, 99}, {v, VK_F3, 109},
-      {v, VK_F5, 111}, {c, VK_F5, 124}, {v, VK_F7, 125}, {c, VK_F7, 46}, {c, 'H', 110},
-      {c, 'Z', 70}, {c, 'Y', 71}, {cs, 'U', 72}, {cs, 'I', 73}, {c, 'G', 76}, {c, 'O', 40},
-      {c, 'Q', 41}, {c, 'K', 42}, {FVIRTKEY | FSHIFT | FALT, 'Q', 47}, {FALT, '[', 113},
-      {FALT, ']', 113}, {cs, VK_OEM_5, 22},
+      {FVIRTKEY | FSHIFT, VK_F4, 87},
+      {FVIRTKEY | FSHIFT, VK_F5, 86},
+      {c, 'N', 79},
+      {c, 'S', 82},
+      {c, VK_HOME, 92},
+      {c, VK_END, 93},
+      {cs, VK_HOME, 94},
+      {cs, VK_END, 95},
+      {c, VK_LEFT, 48},
+      {c, VK_RIGHT, 49},
+      {c, VK_UP, 30},
+      {c, VK_DOWN, 31},
+      {c, VK_BACK, 35},
+      {c, 'X', 105},
+      {c, 'C', 106},
+      {c, 'V', 107},
+      {c, 'A', 74},
+      {c, 'F', 108},
+      {v, VK_F1, 99},
+      {v, VK_F3, 109},
+      {v, VK_F5, 111},
+      {c, VK_F5, 124},
+      {v, VK_F7, 125},
+      {c, VK_F7, 46},
+      {c, 'H', 110},
+      {c, 'Z', 70},
+      {c, 'Y', 71},
+      {cs, 'U', 72},
+      {cs, 'I', 73},
+      {c, 'G', 76},
+      {c, 'O', 40},
+      {c, 'Q', 41},
+      {c, 'K', 42},
+      {FVIRTKEY | FSHIFT | FALT, 'Q', 47},
+      {FALT, '[', 113},
+      {FALT, ']', 113},
+      {cs, VK_OEM_5, 22},
   };
   for (const Chord& chord : chords)
     EXPECT_TRUE(has(chord.flags, chord.key, chord.command))
@@ -155,8 +184,8 @@ TEST(Frame, AcceleratorTableHoldsEveryChord) {
 // texts of a new document, and the message of a command whose subsystem is not built yet.
 TEST(Frame, MenusStatusBarAndUnfinishedCommands) {
   // Menus live in their own process under Wine: the bar is read from the program's resources.
-  HMODULE module = LoadLibraryExW((ProgramFolder() + L"Quill.exe").c_str(), nullptr,
-                                  LOAD_LIBRARY_AS_DATAFILE);
+  HMODULE module =
+      LoadLibraryExW((ProgramFolder() + L"Quill.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(module, nullptr);
   HMENU bar = LoadMenuW(module, MAKEINTRESOURCEW(1));
   ASSERT_NE(bar, nullptr);
@@ -166,7 +195,8 @@ TEST(Frame, MenusStatusBarAndUnfinishedCommands) {
   EXPECT_STREQ(text, L"프로젝트(&P)");
   GetMenuStringW(bar, 3, text, 64, MF_BYPOSITION);
   EXPECT_STREQ(text, L"창(&W)");
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(GetMenuItemID(bar, 6 + i), static_cast<UINT>(124 + i));
+  for (int i = 0; i < 3; ++i)
+    EXPECT_EQ(GetMenuItemID(bar, 6 + i), static_cast<UINT>(124 + i));
   GetMenuStringW(bar, 79, text, 64, MF_BYCOMMAND);
   EXPECT_STREQ(text, L"새로 작성(&N)\t^N");
   GetMenuStringW(bar, 86, text, 64, MF_BYCOMMAND);
@@ -279,10 +309,16 @@ TEST(Frame, SessionIsRestoredAfterARestart) {
   WriteText(folder + L"two words.txt", "second file\r\n");
   WriteText(folder + L"three.h", "#define THREE 3\r\n");
   std::wstring ini = folder + L"QUILL.INI";
-  WriteText(ini, "[DlgPos]\r\nFrameWnd=30 20 900 700\r\n[DocList]\r\n"
-                 "0=\"" + base + "two words.txt\" 40 30 320 220 3\r\n"
-                 "1=\"" + base + "one.c\" 0 0 300 200 1\r\n"
-                 "2=\"" + base + "three.h\" 80 60 340 240 1\r\n3=\r\nProject=\r\n");
+  WriteText(ini,
+            "[DlgPos]\r\nFrameWnd=30 20 900 700\r\n[DocList]\r\n"
+            "0=\"" +
+                base +
+                "two words.txt\" 40 30 320 220 3\r\n"
+                "1=\"" +
+                base +
+                "one.c\" 0 0 300 200 1\r\n"
+                "2=\"" +
+                base + "three.h\" 80 60 340 240 1\r\n3=\r\nProject=\r\n");
   {
     QuillProcess quill;
     ASSERT_TRUE(quill.Start(exe));
@@ -325,7 +361,8 @@ TEST(Frame, SessionIsRestoredAfterARestart) {
   std::vector<HWND> children = Children(again);
   ASSERT_EQ(children.size(), 3u);
   int maximised = 0;
-  for (HWND child : children) maximised += IsZoomed(child) ? 1 : 0;
+  for (HWND child : children)
+    maximised += IsZoomed(child) ? 1 : 0;
   EXPECT_EQ(maximised, 1);
   SaveScreenshot(ScreenshotFolder() + L"session-restored.bmp");
   EXPECT_EQ(again.CloseAndWait(10000), 0);
@@ -337,7 +374,8 @@ TEST(Frame, CommandLineDocumentKeepsTheListAsItWas) {
   std::wstring folder = FolderOf(exe);
   WriteText(folder + L"given.txt", "from the command line\r\n");
   std::wstring ini = folder + L"QUILL.INI";
-  std::string before = "[DlgPos]\r\nFrameWnd=10 10 800 600\r\n[DocList]\r\n0=\"c:/x.c\" 0 0 1 1 1\r\n1=\r\n";
+  std::string before =
+      "[DlgPos]\r\nFrameWnd=10 10 800 600\r\n[DocList]\r\n0=\"c:/x.c\" 0 0 1 1 1\r\n1=\r\n";
   WriteText(ini, before);
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"given.txt\""));
@@ -366,7 +404,8 @@ TEST(Frame, MissingCommandLineDocumentEndsTheStart) {
   std::wstring exe = PrepareFreshCopy(L"command-line-missing");
   QuillProcess quill;
   quill.Start(exe, L"nowhere\\missing.txt", 3000);
-  for (int i = 0; i < 200 && quill.Running(); ++i) Sleep(50);
+  for (int i = 0; i < 200 && quill.Running(); ++i)
+    Sleep(50);
   EXPECT_FALSE(quill.Running());
   EXPECT_EQ(FindWindowW(L"#32770", L"Quill"), nullptr);
   SaveScreenshot(ScreenshotFolder() + L"command-line-missing.bmp");
@@ -391,7 +430,8 @@ bool OpenThroughDialog(const QuillProcess& quill, const std::wstring& path) {
   SetDlgItemTextW(dialog, 0x47C, path.c_str());  // the name box of the explorer-style dialog
   SetDlgItemTextW(dialog, 0x480, path.c_str());  // ... and of the older one
   PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-  for (int i = 0; i < 100 && IsWindow(dialog); ++i) Sleep(50);
+  for (int i = 0; i < 100 && IsWindow(dialog); ++i)
+    Sleep(50);
   Settle();
   return !IsWindow(dialog);
 }
@@ -423,6 +463,52 @@ TEST(Frame, OpenActivatesAnOpenFileAndReusesAnEmptyNewDocument) {
   EXPECT_EQ(children[0], first);  // activated, on top
   SaveScreenshot(ScreenshotFolder() + L"open-or-activate.bmp");
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+// Help > Help opens the help window with the built-in text, or a language's own help file; it
+// closes with Escape and opens again.
+TEST(Frame, HelpWindowShowsTheHelpText) {
+  auto helpText = [](HWND help) {
+    HWND text = GetDlgItem(help, 100);
+    std::wstring buffer(4096, L'\0');
+    LRESULT length =
+        SendMessageW(text, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(buffer.data()));
+    buffer.resize(length > 0 ? static_cast<size_t>(length) : 0);
+    return buffer;
+  };
+  std::wstring exe = PrepareFreshCopy(L"frame-help");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  SetForegroundWindow(quill.Frame());
+  Settle();
+  Chord({VK_MENU}, 'H');
+  Press('H');
+  HWND help = WaitForWindow(quill, L"\xB3C4\xC6C0\xB9D0");  // 도움말
+  ASSERT_NE(help, nullptr);
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"frame-help.bmp");
+  std::wstring text = helpText(help);
+  EXPECT_NE(text.find(L"Ctrl+K"), std::wstring::npos) << text.size();
+  EXPECT_NE(text.find(L"\xCC3E\xAE30"), std::wstring::npos);  // 찾기
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(WaitUntilGone(help));
+  PostMessageW(quill.Frame(), WM_COMMAND, 43, 0);
+  help = WaitForWindow(quill, L"\xB3C4\xC6C0\xB9D0");
+  EXPECT_NE(help, nullptr);
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"QUILL.INI", "[Config]\r\nLanguage=English\r\n");
+  CreateDirectoryW((folder + L"LANGUAGE").c_str(), nullptr);
+  WriteBytes(folder + L"LANGUAGE\\English.lng", "; no texts\r\n");
+  WriteBytes(folder + L"LANGUAGE\\English.Help.rtf", "{\\rtf1 Hello from the help file}");
+  QuillProcess english;
+  ASSERT_TRUE(english.Start(exe));
+  PostMessageW(english.Frame(), WM_COMMAND, 43, 0);
+  help = WaitForWindow(english, L"\xB3C4\xC6C0\xB9D0");
+  ASSERT_NE(help, nullptr);
+  EXPECT_EQ(helpText(help), L"Hello from the help file");
+  EXPECT_EQ(english.CloseAndWait(10000), 0);
 }
 
 }  // namespace
