@@ -17,7 +17,7 @@ const char* FrameCommandName(FrameCommandAction action);
 // The text of command 9999.
 extern const char kUnfinishedText[];
 
-// Command ids the frame and its children share.
+// Command ids of the frame (the editor's own are in editor/key_commands.h).
 enum : int {
   kCmdToolStringView = 29,
   kCmdSecondInstance = 32,
@@ -27,8 +27,6 @@ enum : int {
   kCmdOptions = 75,
   kCmdNew = 79,
   kCmdOpen = 80,
-  kCmdLoadFile = 81,
-  kCmdSave = 82,
   kCmdCloseChild = 84,
   kCmdExit = 85,
   kCmdCascade = 86,
@@ -36,7 +34,6 @@ enum : int {
   kCmdTileHorizontal = 88,
   kCmdArrangeIcons = 89,
   kCmdCloseAll = 91,
-  kCmdActivated = 112,
   kCmdCloseProject = 119,
   kCmdUnfinished = 9999,
   kFirstChildId = 10000,

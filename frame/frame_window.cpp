@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "editor/document.h"
+#include "editor/key_commands.h"
 #include "foundation/diagnostics.h"
 #include "foundation/file_dialogs.h"
 #include "foundation/fileutil.h"
@@ -381,7 +382,7 @@ HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
     document->keepTabSize = importOption ? 1 : 0;
     SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(active), 0);
     SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
-    SendMessageW(active, WM_COMMAND, kCmdLoadFile, 0);
+    SendMessageW(active, WM_COMMAND, kCmdLoad, 0);
     return active;
   }
   return CreateEditorWindow(path, nullptr, importCode, importOption, 0, 0, 0, 0, kShowDefault);

@@ -673,4 +673,30 @@ TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
   EXPECT_EQ(scenario.Bytes(), "1\r\n");
 }
 
+// File > Save All writes every modified document, after which closing asks nothing.
+TEST(EditorCommands, SaveAllWritesEveryModifiedDocument) {
+  Scenario scenario(L"commands-save-all", L"one.c", "1\r\n");
+  std::wstring two = scenario.folder() + L"two.c";
+  WriteBytes(two, "2\r\n");
+  ASSERT_TRUE(scenario.Start());
+  TypeText(L"a");
+  Chord({VK_MENU}, 'F');
+  Press('O');
+  HWND open = WaitForWindow(scenario.quill(), L"");
+  ASSERT_NE(open, nullptr);
+  Settle();
+  TypeText(two);
+  Press(VK_RETURN);
+  ASSERT_TRUE(WaitUntilGone(open));
+  Settle();
+  TypeText(L"b");
+  Chord({VK_MENU}, 'F');
+  Press('L');
+  Settle();
+  EXPECT_EQ(scenario.Bytes(), "a1\r\n");
+  EXPECT_EQ(ReadBytes(two), "b2\r\n");
+  EXPECT_EQ(scenario.quill().StatusText(1), L"");
+  EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
+}
+
 }  // namespace
