@@ -255,6 +255,8 @@ HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, 
   SetWindowTextW(window, title);
   UpdateScrollBar(editor);
   ShowEditorStatus(editor);
+  if (show == kShowGiven)
+    SendMessageW(g_frame.mdiClient, WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(window), 0);
   return window;
 }
 

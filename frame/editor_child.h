@@ -11,7 +11,8 @@ extern const wchar_t kEditorClassName[];
 
 bool RegisterEditorChildClass(HINSTANCE instance);
 
-// Show state -1: default place and size; -2: the given rectangle, shown normally.
+// Show state -1: default place and size; -2: the given rectangle as the normal one, the window
+// kept only when its file was read, and then maximised.
 constexpr int kShowDefault = -1;
 constexpr int kShowGiven = -2;
 
