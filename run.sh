@@ -23,6 +23,12 @@ cmake --build --preset win64 --target Quill quill-shot
 source scripts/wine-env.sh
 quill_wine_prefix
 bin="$root/build/win64/bin"
+# The display comes first: a Wine program started without one (even winepath) leaves the
+# prefix's desktop without a screen for the programs after it.
+if [ -n "$screenshot" ]; then
+  quill_private_display
+  trap quill_stop_display EXIT
+fi
 args=()
 [ -z "$file" ] || args+=("$("$QUILL_WINE" winepath -w "$file" 2>/dev/null)")
 
@@ -34,12 +40,14 @@ if [ -z "$screenshot" ]; then
   exec "$QUILL_WINE" "$bin/Quill.exe" "${args[@]}"
 fi
 
-quill_private_display
-trap quill_stop_display EXIT
 bmp=$(mktemp --suffix=.bmp)
+status=0
 "$QUILL_WINE" "$bin/quill-shot.exe" "$("$QUILL_WINE" winepath -w "$bmp" 2>/dev/null)" \
-  "$("$QUILL_WINE" winepath -w "$bin/Quill.exe" 2>/dev/null)" "${args[@]}"
+  "$("$QUILL_WINE" winepath -w "$bin/Quill.exe" 2>/dev/null)" "${args[@]}" || status=$?
 mkdir -p "$(dirname "$screenshot")"
-bmptopnm "$bmp" 2>/dev/null | pnmtopng >"$screenshot"
+if [ -s "$bmp" ]; then
+  bmptopnm "$bmp" 2>/dev/null | pnmtopng >"$screenshot"
+  echo "screenshot: $screenshot"
+fi
 rm -f "$bmp"
-echo "screenshot: $screenshot"
+exit $status

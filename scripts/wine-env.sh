@@ -43,7 +43,13 @@ quill_private_display() {
   return 1
 }
 
+# Ends the prefix's Wine processes before their display: a desktop process left on a display
+# that is gone would take the next program of the prefix down with it.
 quill_stop_display() {
+  local wineserver
+  wineserver=$(command -v wineserver || echo /usr/lib/wine/wineserver64)
+  "$wineserver" -k 2>/dev/null
+  "$wineserver" -w 2>/dev/null
   [ -n "${QUILL_XVFB_PID:-}" ] && kill "$QUILL_XVFB_PID" 2>/dev/null
   QUILL_XVFB_PID=
 }

@@ -14,7 +14,11 @@ int wmain(int argc, wchar_t** argv) {
     arguments += (i > 3 ? L" \"" : L"\"") + std::wstring(argv[i]) + L"\"";
   QuillProcess quill;
   if (!quill.Start(argv[2], arguments)) {
-    fprintf(stderr, "quill-shot: Quill did not show its frame\n");
+    // A question asked while the frame is being made (the tab width of a file with tabs, say)
+    // stands on the screen without it: the screen is kept as it is.
+    bool saved = quill.Running() && SaveScreenshot(argv[1]);
+    fprintf(stderr, "quill-shot: Quill did not show its frame%s\n",
+            saved ? " (the screen is saved as it is)" : "");
     return 1;
   }
   Sleep(500);  // let the desktop settle around the new window
