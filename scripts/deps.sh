@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
   cmake ninja-build g++ clang libclang-rt-14-dev googletest ccache
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
-  wine wine64 fonts-wine xvfb x11-apps netpbm xdotool fonts-nanum locales
+  wine wine64 fonts-wine fonts-dejavu-core xvfb x11-apps netpbm xdotool fonts-nanum locales
 )
 
 missing=()

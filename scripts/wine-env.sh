@@ -12,6 +12,26 @@ QUILL_DESKTOP_SIZE=${QUILL_DESKTOP_SIZE:-1280x900}
 
 # Creates the prefix on first use and turns on the virtual desktop for every program.
 quill_wine_prefix() {
+  quill_wine_prefix_create
+  quill_wine_fonts
+}
+
+# A Korean Windows has Courier New, the editor's default Latin font; without it Wine falls back
+# to a proportional face whose letters overlap on the editor's fixed cells. DejaVu Sans Mono
+# stands in for it.
+quill_wine_fonts() {
+  [ -f "$WINEPREFIX/.quill-fonts" ] && return 0
+  (
+    flock 9
+    [ -f "$WINEPREFIX/.quill-fonts" ] && exit 0
+    "$QUILL_WINE" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'Courier New' \
+      /d 'DejaVu Sans Mono' /f >/dev/null 2>&1
+    "$QUILL_ROOT/scripts/wine-server-wait.sh"
+    touch "$WINEPREFIX/.quill-fonts"
+  ) 9>"$WINEPREFIX.lock"
+}
+
+quill_wine_prefix_create() {
   [ -f "$WINEPREFIX/.quill-ready" ] && return 0
   mkdir -p "$(dirname "$WINEPREFIX")"
   (
