@@ -17,9 +17,10 @@ namespace {
 
 constexpr int kMaxReferenceDepth = 32;
 // Macros that name each other twice over ("A = $(B)$(B)", "B = $(A)$(A)") grow without end; an
-// expansion stops at this many references or this much text, whichever comes first.
+// expansion stops at this many references or this much text, whichever comes first (compiler
+// options are a few hundred bytes).
 constexpr int kMaxReferences = 100000;
-constexpr size_t kMaxExpandedText = 1 << 20;
+constexpr size_t kMaxExpandedText = 1 << 16;
 
 char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
@@ -71,11 +72,15 @@ struct MakeRun {
   SymbolTable* table;
   const char* path;
   int depth;
+  int* filesLeft;  // makefiles the whole run may still read
   TextBuffer* sink;
   int level;
   unsigned char active[kMaxIfLevels];
   unsigned char taken[kMaxIfLevels];
 };
+
+void ReadMakefile(SymbolTable* table, const char* path, int depth, int* filesLeft,
+                  TextBuffer* sink);
 
 bool AllActive(const MakeRun& run) {
   for (int i = 0; i <= run.level; ++i) {
@@ -215,7 +220,11 @@ bool MakeDirective(MakeRun& run, const char* text, unsigned line) {
       SplitSourcePath(run.path, folder, sizeof folder, &ignored);
       char path[kSourcePathSize];
       if (*n && run.depth + 1 < kMaxMakefileDepth && JoinSourcePath(folder, n, path, sizeof path)) {
-        PreprocessMakefile(run.table, path, run.depth + 1, run.sink);
+        // A makefile that includes itself twice would be read 2^16 times.
+        if (*run.filesLeft > 0)
+          ReadMakefile(run.table, path, run.depth + 1, run.filesLeft, run.sink);
+        else if ((*run.filesLeft)-- == 0)
+          AppendFormat(run.sink, "'%s' not read: too many makefiles\r\n", path);
       }
     }
     FreeText(&name);
@@ -280,14 +289,18 @@ bool ExpandMakefileText(const SymbolTable* table, const char* text, size_t lengt
   return Expand(table, text, length, out, 0, &references);
 }
 
-void PreprocessMakefile(SymbolTable* table, const char* path, int depth, TextBuffer* sink) {
+namespace {
+
+void ReadMakefile(SymbolTable* table, const char* path, int depth, int* filesLeft,
+                  TextBuffer* sink) {
+  --*filesLeft;
   size_t size = 0;
   char* text = ReadWholeFile(path, &size, kOwnerMakefileText);
   if (!text) {
     AppendFormat(sink, "'%s' not Found\r\n", path);
     return;
   }
-  MakeRun run = {table, path, depth, sink, 0, {1}, {0}};
+  MakeRun run = {table, path, depth, filesLeft, sink, 0, {1}, {0}};
   char* line = static_cast<char*>(AllocMem(kMakefileLineSize + 1, kOwnerMakefileText));
   const char* p = text;
   const char* end = text + size;
@@ -322,10 +335,17 @@ void PreprocessMakefile(SymbolTable* table, const char* path, int depth, TextBuf
   FreeMem(text);
 }
 
+}  // namespace
+
+void PreprocessMakefile(SymbolTable* table, const char* path, TextBuffer* sink) {
+  int filesLeft = kMaxMakefileFiles;
+  ReadMakefile(table, path, 0, &filesLeft, sink);
+}
+
 char* ReadCompilerOptions(const char* compilerFolder, const char* makefilePath, TextBuffer* sink) {
   SymbolTable table = {0, 0, nullptr};
   AddSymbol(&table, kSymbolMacro, "VC", 0, "VCPATH", "", compilerFolder);
-  PreprocessMakefile(&table, makefilePath, 0, sink);
+  PreprocessMakefile(&table, makefilePath, sink);
   TextBuffer options;
   InitText(&options, kOwnerCompilerOptions);
   ExpandMakefileText(&table, "$(C_OPTION)", 11, &options);
