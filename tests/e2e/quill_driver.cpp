@@ -98,7 +98,12 @@ std::wstring PrepareFreshCopy(const std::wstring& scenario) {
   RemoveTree(folder);
   CreateDirectoryW(folder.c_str(), nullptr);
   std::wstring copy = folder + L"Quill.exe";
-  CopyFileW((ProgramFolder() + L"Quill.exe").c_str(), copy.c_str(), FALSE);
+  // Under load the copy has been seen to fail once: it is tried again, and a failure is told.
+  for (int attempt = 0; attempt < 5; ++attempt) {
+    if (CopyFileW((ProgramFolder() + L"Quill.exe").c_str(), copy.c_str(), FALSE)) return copy;
+    fprintf(stderr, "PrepareFreshCopy: copying Quill.exe failed with %lu\n", GetLastError());
+    Sleep(200);
+  }
   return copy;
 }
 
@@ -126,10 +131,16 @@ bool QuillProcess::Start(const std::wstring& exe, const std::wstring& arguments,
   std::wstring commandLine = L"\"" + exe + L"\"" + (arguments.empty() ? L"" : L" " + arguments);
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
-  if (!CreateProcessW(exe.c_str(), &commandLine[0], nullptr, nullptr, FALSE, 0, nullptr,
-                      folder.c_str(), &startup, &process_)) {
-    return false;
+  bool started = false;
+  for (int attempt = 0; attempt < 3 && !started; ++attempt) {
+    started = CreateProcessW(exe.c_str(), &commandLine[0], nullptr, nullptr, FALSE, 0, nullptr,
+                             folder.c_str(), &startup, &process_);
+    if (!started) {
+      fprintf(stderr, "QuillProcess::Start: CreateProcess failed with %lu\n", GetLastError());
+      Sleep(200);
+    }
   }
+  if (!started) return false;
   WaitForInputIdle(process_.hProcess, timeoutMs);
   for (DWORD waited = 0; waited < timeoutMs && Running(); waited += 50) {
     FrameSearch search = {process_.dwProcessId, nullptr};
@@ -143,6 +154,9 @@ bool QuillProcess::Start(const std::wstring& exe, const std::wstring& arguments,
     }
     Sleep(50);
   }
+  DWORD code = 0;
+  if (GetExitCodeProcess(process_.hProcess, &code) && code != STILL_ACTIVE)
+    fprintf(stderr, "QuillProcess::Start: Quill ended before showing its frame, code %lu\n", code);
   return false;
 }
 
