@@ -4,6 +4,7 @@
 
 #include "editor/command_host.h"
 #include "encoding/encoding_settings.h"
+#include "encoding/text_encoding.h"
 #include "foundation/file_dialogs.h"
 #include "frame/dialog_support.h"
 #include "frame/editor_dialogs.h"
@@ -26,8 +27,8 @@ void Browse(HWND dialog, bool save) {
 
 // The mark is written only by the Unicode encodings.
 void EnableByteOrderMark(HWND dialog) {
-  int encoding = 1 + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
-  EnableWindow(GetDlgItem(dialog, IDC_BYTE_ORDER_MARK), encoding >= 3);
+  int encoding = JOHAP + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
+  EnableWindow(GetDlgItem(dialog, IDC_BYTE_ORDER_MARK), encoding == UTF8 || encoding == UTF16);
 }
 
 INT_PTR CALLBACK ImportProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -64,7 +65,7 @@ INT_PTR CALLBACK SaveOtherProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
   OtherFormatAnswer* answer = static_cast<OtherFormatAnswer*>(DialogData(dialog, message, lParam));
   if (message == WM_INITDIALOG) {
     SetControlText(dialog, IDC_FORMAT_PATH, answer->path, true);
-    CheckRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16, answer->encoding - 1);
+    CheckRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16, answer->encoding - JOHAP);
     SetSpin(dialog, IDC_FORMAT_TAB_SPIN, 0, kMaxTabWidth, answer->tabSize);
     CheckRadio(dialog, IDC_LINE_END_CRLF, IDC_LINE_END_LF, answer->lfOnly ? 1 : 0);
     CheckDlgButton(dialog, IDC_BYTE_ORDER_MARK, answer->hasBom ? BST_CHECKED : BST_UNCHECKED);
@@ -87,7 +88,7 @@ INT_PTR CALLBACK SaveOtherProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
         SetFocus(GetDlgItem(dialog, IDC_FORMAT_PATH));
         return TRUE;
       }
-      answer->encoding = 1 + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
+      answer->encoding = JOHAP + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
       answer->tabSize = GetSpin(dialog, IDC_FORMAT_TAB_SPIN);
       answer->lfOnly = CheckedRadio(dialog, IDC_LINE_END_CRLF, IDC_LINE_END_LF);
       answer->hasBom =

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kFindField = 101;
 constexpr int kByteOrderMark = 112;
+constexpr int kPathField = 101;
 constexpr int kFirstLabel = 201;
 
 // A fresh copy of Quill in its own folder with `file` holding `bytes` and, when given, settings.
@@ -411,7 +412,20 @@ TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   Press('I');
   HWND open = Dialog(scenario, L"다른 형식 열기", L"import");
   ASSERT_NE(open, nullptr);
+  // The file is chosen through the "..." button's open dialog.
+  Press(VK_TAB);
+  Press(VK_SPACE);
+  HWND browse = WaitForWindow(scenario.quill(), L"불러올 파일명을 입력하세요.");
+  ASSERT_NE(browse, nullptr);
+  Settle();
   TypeText(scenario.path());
+  Press(VK_RETURN);
+  ASSERT_TRUE(WaitUntilGone(browse));
+  Settle();
+  wchar_t chosen[MAX_PATH] = L"";
+  SendMessageW(GetDlgItem(open, kPathField), WM_GETTEXT, MAX_PATH,
+               reinterpret_cast<LPARAM>(chosen));
+  EXPECT_EQ(std::wstring(chosen), scenario.path());
   Chord({VK_MENU}, 'J');
   Press(VK_RETURN);
   EXPECT_TRUE(WaitUntilGone(open));
