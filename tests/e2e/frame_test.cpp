@@ -506,4 +506,68 @@ TEST(Frame, HelpWindowShowsTheHelpText) {
   EXPECT_EQ(english.CloseAndWait(10000), 0);
 }
 
+// Files dropped on the frame open; the window commands arrange the documents; close all closes
+// every unmodified one; a second copy of the program starts beside the first.
+TEST(Frame, DroppedFilesWindowCommandsAndASecondCopy) {
+  std::wstring exe = PrepareFreshCopy(L"frame-drop");
+  std::wstring folder = FolderOf(exe);
+  WriteText(folder + L"one.c", "int one;\r\n");
+  WriteText(folder + L"two.c", "int two;\r\n");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  ASSERT_TRUE(quill.DropFiles({folder + L"one.c", folder + L"two.c"}, POINT{200, 200}));
+  Settle();
+  std::vector<HWND> children = Children(quill);
+  ASSERT_EQ(children.size(), 2u);
+  EXPECT_NE(WindowText(children[0]).find(L"two.c"), std::wstring::npos);  // the last on top
+  EXPECT_NE(WindowText(children[1]).find(L"one.c"), std::wstring::npos);
+  SaveScreenshot(ScreenshotFolder() + L"frame-dropped.bmp");
+
+  auto place = [](HWND window) {
+    RECT rect;
+    GetWindowRect(window, &rect);
+    return rect;
+  };
+  // Tile vertically (87): side by side, the same height; horizontally (88): one above the other.
+  PostMessageW(quill.Frame(), WM_COMMAND, 87, 0);
+  Settle();
+  RECT a = place(children[0]), b = place(children[1]);
+  EXPECT_EQ(a.top, b.top);
+  EXPECT_NE(a.left, b.left);
+  PostMessageW(quill.Frame(), WM_COMMAND, 88, 0);
+  Settle();
+  a = place(children[0]), b = place(children[1]);
+  EXPECT_EQ(a.left, b.left);
+  EXPECT_NE(a.top, b.top);
+  // Cascade (86): each lower and to the right of the one behind it.
+  PostMessageW(quill.Frame(), WM_COMMAND, 86, 0);
+  Settle();
+  a = place(children[0]), b = place(children[1]);
+  EXPECT_GT(a.left, b.left);
+  EXPECT_GT(a.top, b.top);
+  SaveScreenshot(ScreenshotFolder() + L"frame-cascade.bmp");
+  PostMessageW(quill.Frame(), WM_COMMAND, 89, 0);  // arrange icons: nothing is minimised
+  PostMessageW(quill.Frame(), WM_COMMAND, 91, 0);
+  Settle();
+  EXPECT_TRUE(Children(quill).empty());
+
+  // Command 32 starts another Quill.exe from the same file.
+  DWORD first = 0;
+  GetWindowThreadProcessId(quill.Frame(), &first);
+  PostMessageW(quill.Frame(), WM_COMMAND, 32, 0);
+  HWND other = nullptr;
+  for (int i = 0; i < 200 && !other; ++i, Sleep(50)) {
+    for (HWND window = FindWindowW(L"QuillMainWndClsName", nullptr); window && !other;
+         window = FindWindowExW(nullptr, window, L"QuillMainWndClsName", nullptr)) {
+      DWORD owner = 0;
+      GetWindowThreadProcessId(window, &owner);
+      if (owner != first && IsWindowVisible(window)) other = window;
+    }
+  }
+  ASSERT_NE(other, nullptr);
+  PostMessageW(other, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(WaitUntilGone(other));
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
 }  // namespace

@@ -1,8 +1,11 @@
 #include "tests/e2e/quill_driver.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
+#include <shlobj.h>
 
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -158,6 +161,30 @@ bool QuillProcess::Start(const std::wstring& exe, const std::wstring& arguments,
   if (GetExitCodeProcess(process_.hProcess, &code) && code != STILL_ACTIVE)
     fprintf(stderr, "QuillProcess::Start: Quill ended before showing its frame, code %lu\n", code);
   return false;
+}
+
+bool QuillProcess::DropFiles(const std::vector<std::wstring>& paths, POINT point) const {
+  // DROPFILES, then the names, each terminated, and an empty one to end the list.
+  std::vector<char> block(sizeof(DROPFILES));
+  DROPFILES header = {};
+  header.pFiles = sizeof(DROPFILES);
+  header.pt = point;
+  header.fWide = TRUE;
+  memcpy(block.data(), &header, sizeof header);
+  for (const std::wstring& path : paths) {
+    const char* bytes = reinterpret_cast<const char*>(path.c_str());
+    block.insert(block.end(), bytes, bytes + (path.size() + 1) * sizeof(wchar_t));
+  }
+  block.insert(block.end(), sizeof(wchar_t), '\0');
+  // The shell's drop handle is fixed memory, which locks to itself: memory of Quill's process
+  // serves the same. It is left there, as the handle's release does not know it.
+  void* remote = VirtualAllocEx(process_.hProcess, nullptr, block.size(), MEM_COMMIT | MEM_RESERVE,
+                                PAGE_READWRITE);
+  SIZE_T written = 0;
+  if (!remote ||
+      !WriteProcessMemory(process_.hProcess, remote, block.data(), block.size(), &written))
+    return false;
+  return PostMessageW(frame_, WM_DROPFILES, reinterpret_cast<WPARAM>(remote), 0);
 }
 
 std::vector<int> QuillProcess::StatusEdges() const {

@@ -33,6 +33,9 @@ class QuillProcess {
   std::vector<int> StatusEdges() const;
   std::wstring StatusText(int part) const;
 
+  // Drops files on the frame as the shell would (WM_DROPFILES), with the list in Quill's memory.
+  bool DropFiles(const std::vector<std::wstring>& paths, POINT point) const;
+
   // Asks the frame to close (WM_CLOSE) and waits; the exit code, or -1 when it did not end.
   int CloseAndWait(DWORD timeoutMs = 10000);
   bool Running() const;
