@@ -18,8 +18,13 @@ quill_wine_prefix() {
 
 # A Korean Windows has Courier New, the editor's default Latin font; without it Wine falls back
 # to a proportional face whose letters overlap on the editor's fixed cells. DejaVu Sans Mono
-# stands in for it.
+# stands in for it. Wine's own Marlett, which draws the caption buttons, is found only in the
+# prefix's font folder (otherwise the buttons show the letters "0 1 r").
 quill_wine_fonts() {
+  local fonts="$WINEPREFIX/drive_c/windows/Fonts"
+  if [ -d "$fonts" ] && [ ! -f "$fonts/marlett.ttf" ] && [ -f /usr/share/wine/fonts/marlett.ttf ]; then
+    cp /usr/share/wine/fonts/marlett.ttf "$fonts/"
+  fi
   [ -f "$WINEPREFIX/.quill-fonts" ] && return 0
   (
     flock 9
