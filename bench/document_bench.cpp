@@ -116,8 +116,7 @@ int main(int argc, char** argv) {
     RunResult narrow = Best(std::string(tool32) + " convert " + in + " " + out);
     bool narrowSame = ReadFile(out) == corpus;
     printf("the same with a 32-bit quill-tool: %.3f s, peak %.1f MB (%.2fx the file)%s\n",
-           narrow.seconds, narrow.peakKilobytes / 1024.0,
-           narrow.peakKilobytes / 1024.0 / megabytes,
+           narrow.seconds, narrow.peakKilobytes / 1024.0, narrow.peakKilobytes / 1024.0 / megabytes,
            narrow.status == 0 && narrowSame ? "" : "   (quill-tool failed or changed the text)");
   }
   remove(in.c_str());

@@ -23,4 +23,3 @@ int MakeTarget(Project* project, ProjectTarget* target, bool rebuild, bool run, 
                char* makefilePathOut, char* compilerOut);
 // The same for a menu command.
 int MakeTarget(Project* project, ProjectTarget* target, BuildMode mode);
-

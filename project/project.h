@@ -7,7 +7,7 @@ constexpr int kProjectPathSize = 780;
 constexpr int kTargetNameSize = 64;    // up to 63 characters
 constexpr int kCompilerNameSize = 32;  // up to 31 characters
 constexpr char kDefaultCompiler[] = "VC9";
-extern const char kProjectSection[];   // "Project" of the settings: the dialogs' defaults
+extern const char kProjectSection[];  // "Project" of the settings: the dialogs' defaults
 
 // Owner numbers of the project manager's blocks.
 enum : int {

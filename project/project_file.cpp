@@ -189,8 +189,10 @@ bool ReadTarget(ProjectReader& reader, const char* section, LoadBuffers& buffers
   struct {
     const char* prefix;
     char** field;
-  } lines[] = {{"MakeStart", &target->makeStart}, {"AddCompile", &target->addCompile},
-               {"AddLib", &target->libraries},    {"Define", &target->defines},
+  } lines[] = {{"MakeStart", &target->makeStart},
+               {"AddCompile", &target->addCompile},
+               {"AddLib", &target->libraries},
+               {"Define", &target->defines},
                {"Include", &target->includes}};
   for (auto& entry : lines) {
     if (!ReadLines(reader, section, entry.prefix, buffers.joined, buffers.line, kLineBufferSize,
@@ -210,8 +212,8 @@ bool ReadTarget(ProjectReader& reader, const char* section, LoadBuffers& buffers
     if (!SetTargetText(entry.field, buffers.option)) return false;
   }
   reader.Read(section, "Compiler", buffers.line, kLineBufferSize, kCompilerNameSize);
-  if (buffers.line[0]) CopyLineCut(buffers.line, strlen(buffers.line), target->compiler,
-                                   sizeof target->compiler);
+  if (buffers.line[0])
+    CopyLineCut(buffers.line, strlen(buffers.line), target->compiler, sizeof target->compiler);
   return true;
 }
 
