@@ -74,6 +74,15 @@ bool ReplaceDefined(SymbolTable* table, TextBuffer* text) {
   return ok;
 }
 
+// Moves the literal that starts at t[*r] down to t[w], untouched; returns the new w.
+size_t MoveQuoted(char* t, size_t w, size_t* r, size_t n) {
+  size_t e = static_cast<size_t>(SkipCQuoted(t + *r, t + n) - t);
+  memmove(t + w, t + *r, e - *r);
+  w += e - *r;
+  *r = e;
+  return w;
+}
+
 }  // namespace
 
 void StripConditionComments(TextBuffer* text) {
@@ -83,10 +92,7 @@ void StripConditionComments(TextBuffer* text) {
   size_t n = text->length;
   for (size_t r = 0; r < n;) {
     if (t[r] == '"' || t[r] == '\'') {
-      size_t e = static_cast<size_t>(SkipCQuoted(t + r, t + n) - t);
-      memmove(t + w, t + r, e - r);
-      w += e - r;
-      r = e;
+      w = MoveQuoted(t, w, &r, n);
     } else if (t[r] == '/' && r + 1 < n && t[r + 1] == '/') {
       while (r < n && !IsCLineEnd(t[r]))
         ++r;
@@ -118,10 +124,7 @@ void ZeroIdentifiers(TextBuffer* text) {
   size_t n = text->length;
   for (size_t r = 0; r < n;) {
     if (t[r] == '"' || t[r] == '\'') {
-      size_t e = static_cast<size_t>(SkipCQuoted(t + r, t + n) - t);
-      memmove(t + w, t + r, e - r);
-      w += e - r;
-      r = e;
+      w = MoveQuoted(t, w, &r, n);
     } else if (IsCDigit(t[r])) {
       size_t e = static_cast<size_t>(SkipCNumber(t + r, t + n) - t);
       // The evaluator knows "U", "L" and "UL"; "LL", "ULL" and "i64" are cut.

@@ -23,14 +23,6 @@ struct CharacterRun {
 };
 CharacterRun g_characterRun = {};
 
-UndoRecord* PushFreshRecord(EditorView* view, int kind, int column, int line, const char16_t* units,
-                            int count) {
-  EditorView unselected = *view;
-  unselected.selEndColumn = unselected.selStartColumn;
-  unselected.selEndLine = unselected.selStartLine;
-  return PushUndoSelection(&unselected, kind, column, line, units, count);
-}
-
 }  // namespace
 
 bool ChangeWordCase(EditorView* view, bool upper) {
@@ -56,8 +48,8 @@ bool ChangeWordCase(EditorView* view, bool upper) {
     LowerCaseWord(changed, length);
   bool done = ReplaceUnits(document, line, start, length, changed, length);
   if (done) {
-    PushFreshRecord(view, kUndoReplace, ColumnOfIndex(document->lines[line], start), line, texts,
-                    2 * length + 2);
+    PushUndoUnselected(view, kUndoReplace, ColumnOfIndex(document->lines[line], start), line, texts,
+                       2 * length + 2);
     document->modified = 1;
     EditorRepaintLine(view, line);
   }
@@ -92,7 +84,7 @@ void ChangeCharacterCase(EditorView* view) {
       PushUndo(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
     } else {
       g_characterRun.record =
-          PushFreshRecord(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
+          PushUndoUnselected(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
       g_characterRun.document = document;
     }
   }

@@ -36,16 +36,6 @@ void NotFound(const SearchRequest* request) {
   HostMessageId(kMessageNotFound, kMbOk | kMbIconInformation, text);
 }
 
-// Starts a record of its own even when the newest one could take the change in: a record whose
-// texts differ must never collect this place too.
-UndoRecord* PushFreshRecord(EditorView* view, int kind, int column, int line, const char16_t* units,
-                            int count) {
-  EditorView unselected = *view;
-  unselected.selEndColumn = unselected.selStartColumn;
-  unselected.selEndLine = unselected.selStartLine;
-  return PushUndoSelection(&unselected, kind, column, line, units, count);
-}
-
 struct ReplaceRun {
   EditorView* view;
   const char16_t* replacement;
@@ -76,7 +66,7 @@ bool ReplaceAt(ReplaceRun* run, int line, int index, int length) {
   if (sameRun) {
     PushUndo(run->view, kUndoReplace, column, line, texts, count);
   } else {
-    run->record = PushFreshRecord(run->view, kUndoReplace, column, line, texts, count);
+    run->record = PushUndoUnselected(run->view, kUndoReplace, column, line, texts, count);
     memcpy(run->matched, texts, static_cast<size_t>(length) * sizeof(char16_t));
     run->matchedLength = length;
   }

@@ -324,6 +324,14 @@ UndoRecord* PushUndoSelection(EditorView* view, int kind, int column, int line,
   return record;
 }
 
+UndoRecord* PushUndoUnselected(EditorView* view, int kind, int column, int line,
+                               const char16_t* units, int count) {
+  EditorView unselected = *view;
+  unselected.selEndColumn = unselected.selStartColumn;
+  unselected.selEndLine = unselected.selStartLine;
+  return PushUndoSelection(&unselected, kind, column, line, units, count);
+}
+
 void Undo(EditorView* view) {
   EditDocument* document = view->document;
   UndoRecord* record = document ? document->undoList : nullptr;

@@ -48,6 +48,10 @@ void PushUndoMark(EditorView* view, int kind, int column, int line);
 // selection and block mode. Null when memory ran out.
 UndoRecord* PushUndoSelection(EditorView* view, int kind, int column, int line,
                               const char16_t* units, int count);
+// The same, saving no selection: for changes made in place (a case change, a replacement) whose
+// undoing leaves nothing selected.
+UndoRecord* PushUndoUnselected(EditorView* view, int kind, int column, int line,
+                               const char16_t* units, int count);
 
 void Undo(EditorView* view);
 void Redo(EditorView* view);

@@ -26,9 +26,21 @@ void Browse(HWND dialog, bool save) {
 }
 
 // The mark is written only by the Unicode encodings.
+bool TakesByteOrderMark(int encoding) {
+  return encoding == UTF8 || encoding == UTF16;
+}
+
 void EnableByteOrderMark(HWND dialog) {
   int encoding = JOHAP + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
-  EnableWindow(GetDlgItem(dialog, IDC_BYTE_ORDER_MARK), encoding == UTF8 || encoding == UTF16);
+  EnableWindow(GetDlgItem(dialog, IDC_BYTE_ORDER_MARK), TakesByteOrderMark(encoding));
+}
+
+// The path field's text; false, with the focus put there, when it is empty.
+bool ReadPath(HWND dialog, char* path, int size) {
+  GetControlText(dialog, IDC_FORMAT_PATH, path, size, true);
+  if (path[0]) return true;
+  SetFocus(GetDlgItem(dialog, IDC_FORMAT_PATH));
+  return false;
 }
 
 INT_PTR CALLBACK ImportProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -45,11 +57,7 @@ INT_PTR CALLBACK ImportProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
       Browse(dialog, false);
       return TRUE;
     case IDOK:
-      GetControlText(dialog, IDC_FORMAT_PATH, answer->path, sizeof answer->path, true);
-      if (!answer->path[0]) {
-        SetFocus(GetDlgItem(dialog, IDC_FORMAT_PATH));
-        return TRUE;
-      }
+      if (!ReadPath(dialog, answer->path, sizeof answer->path)) return TRUE;
       answer->encoding = CheckedRadio(dialog, IDC_ENCODING_DETECT, IDC_ENCODING_UTF16);
       answer->tabSize = GetSpin(dialog, IDC_FORMAT_TAB_SPIN);
       EndDialog(dialog, 1);
@@ -83,16 +91,12 @@ INT_PTR CALLBACK SaveOtherProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
       Browse(dialog, true);
       return TRUE;
     case IDOK:
-      GetControlText(dialog, IDC_FORMAT_PATH, answer->path, sizeof answer->path, true);
-      if (!answer->path[0]) {
-        SetFocus(GetDlgItem(dialog, IDC_FORMAT_PATH));
-        return TRUE;
-      }
+      if (!ReadPath(dialog, answer->path, sizeof answer->path)) return TRUE;
       answer->encoding = JOHAP + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
       answer->tabSize = GetSpin(dialog, IDC_FORMAT_TAB_SPIN);
       answer->lfOnly = CheckedRadio(dialog, IDC_LINE_END_CRLF, IDC_LINE_END_LF);
-      answer->hasBom =
-          answer->encoding >= 3 && IsDlgButtonChecked(dialog, IDC_BYTE_ORDER_MARK) == BST_CHECKED;
+      answer->hasBom = TakesByteOrderMark(answer->encoding) &&
+                       IsDlgButtonChecked(dialog, IDC_BYTE_ORDER_MARK) == BST_CHECKED;
       EndDialog(dialog, 1);
       return TRUE;
     case IDCANCEL:

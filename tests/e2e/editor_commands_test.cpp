@@ -51,6 +51,19 @@ class Scenario {
   void Shot(const std::wstring& name) const {
     SaveScreenshot(ScreenshotFolder() + L"commands-" + name + L".bmp");
   }
+  // File > Open with `path` typed into the file dialog; false when the dialog did not come and go.
+  bool OpenThroughMenu(const std::wstring& path) {
+    Chord({VK_MENU}, 'F');
+    Press('O');
+    HWND open = WaitForWindow(quill_, L"");
+    if (!open) return false;
+    Settle();
+    TypeText(path);
+    Press(VK_RETURN);
+    bool gone = WaitUntilGone(open);
+    Settle();
+    return gone;
+  }
   // Ctrl+S, then the time to write.
   void Save() {
     Chord({VK_CONTROL}, 'S');
@@ -361,13 +374,7 @@ TEST(EditorCommands, TabSizeAndSaveAsDialogs) {
   ASSERT_TRUE(scenario.Start(false));
   SetForegroundWindow(scenario.quill().Frame());
   Settle();
-  Chord({VK_MENU}, 'F');
-  Press('O');
-  HWND open = WaitForWindow(scenario.quill(), L"");
-  ASSERT_NE(open, nullptr);
-  Settle();
-  TypeText(scenario.path());
-  Press(VK_RETURN);
+  ASSERT_TRUE(scenario.OpenThroughMenu(scenario.path()));
   HWND dialog = Dialog(scenario, L"탭 크기", L"tab-size");
   ASSERT_NE(dialog, nullptr);
   TypeText(L"40");  // out of range: refused, the dialog stays
@@ -653,15 +660,7 @@ TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
   TypeText(L"a");
   Settle();
   HWND first = scenario.editor();
-  Chord({VK_MENU}, 'F');
-  Press('O');
-  HWND open = WaitForWindow(scenario.quill(), L"");
-  ASSERT_NE(open, nullptr);
-  Settle();
-  TypeText(second);
-  Press(VK_RETURN);
-  ASSERT_TRUE(WaitUntilGone(open));
-  Settle();
+  ASSERT_TRUE(scenario.OpenThroughMenu(second));
   ASSERT_EQ(Children(scenario.quill()).size(), 2u);
   TypeText(L"b");
   Settle();
@@ -694,15 +693,7 @@ TEST(EditorCommands, SaveAllWritesEveryModifiedDocument) {
   WriteBytes(two, "2\r\n");
   ASSERT_TRUE(scenario.Start());
   TypeText(L"a");
-  Chord({VK_MENU}, 'F');
-  Press('O');
-  HWND open = WaitForWindow(scenario.quill(), L"");
-  ASSERT_NE(open, nullptr);
-  Settle();
-  TypeText(two);
-  Press(VK_RETURN);
-  ASSERT_TRUE(WaitUntilGone(open));
-  Settle();
+  ASSERT_TRUE(scenario.OpenThroughMenu(two));
   TypeText(L"b");
   Chord({VK_MENU}, 'F');
   Press('L');

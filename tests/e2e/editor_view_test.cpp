@@ -75,13 +75,7 @@ TEST(EditorView, ClosingAModifiedDocumentAsksFirst) {
   Settle();
   EXPECT_EQ(quill.StatusText(1), L"\tModified");
   PostMessageW(editor, WM_CLOSE, 0, 0);
-  HWND box = nullptr;
-  for (int i = 0; i < 100 && !box; ++i, Sleep(50)) {
-    for (HWND window = FindWindowW(L"#32770", nullptr); window && !box;
-         window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
-      if (IsWindowVisible(window)) box = window;
-    }
-  }
+  HWND box = WaitForWindow(quill, L"");
   ASSERT_NE(box, nullptr);
   SaveScreenshot(ScreenshotFolder() + L"editor-view-close.bmp");
   PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
@@ -90,13 +84,7 @@ TEST(EditorView, ClosingAModifiedDocumentAsksFirst) {
   EXPECT_EQ(ReadBytes(path), "abc\r\n");
   // No now: the window goes and the file stays as it was.
   PostMessageW(editor, WM_CLOSE, 0, 0);
-  box = nullptr;
-  for (int i = 0; i < 100 && !box; ++i, Sleep(50)) {
-    for (HWND window = FindWindowW(L"#32770", nullptr); window && !box;
-         window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
-      if (IsWindowVisible(window)) box = window;
-    }
-  }
+  box = WaitForWindow(quill, L"");
   ASSERT_NE(box, nullptr);
   PostMessageW(box, WM_COMMAND, IDNO, 0);
   Settle();

@@ -71,26 +71,6 @@ class CommandTest : public EditorTest {
     return static_cast<CommandTest*>(static_cast<EditorTest*>(context));
   }
 
-  void Caret(int column, int line) {
-    view.caretColumn = column;
-    view.caretLine = line;
-    CollapseSelection(&view);
-  }
-  void Select(int c1, int l1, int c2, int l2, int mode = 0) {
-    view.blockMode = mode;
-    view.selStartColumn = c1;
-    view.selStartLine = l1;
-    view.selEndColumn = c2;
-    view.selEndLine = l2;
-    view.caretColumn = c2;
-    view.caretLine = l2;
-  }
-  int UndoCount() const {
-    int n = 0;
-    for (UndoRecord* r = document->undoList; r; r = r->next)
-      ++n;
-    return n;
-  }
   void UndoAll() {
     while (document->undoList)
       Undo(&view);

@@ -13,26 +13,8 @@ using Texts = std::vector<std::string>;
 class Editing : public EditorTest {
  protected:
   void Type(const std::string& text) {
-    for (char16_t unit : Utf16(text)) TypeCharacter(&view, unit);
-  }
-  void Caret(int column, int line) {
-    view.caretColumn = column;
-    view.caretLine = line;
-    CollapseSelection(&view);
-  }
-  void Select(int c1, int l1, int c2, int l2, int mode = 0) {
-    view.blockMode = mode;
-    view.selStartColumn = c1;
-    view.selStartLine = l1;
-    view.selEndColumn = c2;
-    view.selEndLine = l2;
-    view.caretColumn = c2;
-    view.caretLine = l2;
-  }
-  int UndoCount() const {
-    int n = 0;
-    for (UndoRecord* r = document->undoList; r; r = r->next) ++n;
-    return n;
+    for (char16_t unit : Utf16(text))
+      TypeCharacter(&view, unit);
   }
 };
 
@@ -324,7 +306,8 @@ TEST_F(Editing, CaseChangesMergeIntoOneReplacement) {
 TEST_F(Editing, UndoOfAMillionPlaceReplacementIsQuick) {
   constexpr int kLines = 500000;
   ClearLines(document);
-  for (int i = 0; i < kLines; ++i) AppendUtf16Line(document, u"foo = foo;", 10);
+  for (int i = 0; i < kLines; ++i)
+    AppendUtf16Line(document, u"foo = foo;", 10);
   const char16_t change[] = {u'f', u'o', u'o', 0, u'b', u'a', u'r', u'x', 0};
   // Replace both places on every line, as a replace-all would, recording each.
   for (int i = 0; i < kLines; ++i) {

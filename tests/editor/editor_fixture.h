@@ -16,6 +16,7 @@
 #include "editor/document_io.h"
 #include "editor/editor_host.h"
 #include "editor/editor_view.h"
+#include "editor/undo.h"
 #include "foundation/host.h"
 #include "foundation/settings.h"
 #include "foundation/unicode.h"
@@ -23,14 +24,16 @@
 
 inline std::string Utf8(const std::u16string& text) {
   std::string out(text.size() * 3 + 1, '\0');
-  int n = Utf16ToUtf8(text.data(), static_cast<int>(text.size()), &out[0], static_cast<int>(out.size()));
+  int n = Utf16ToUtf8(text.data(), static_cast<int>(text.size()), &out[0],
+                      static_cast<int>(out.size()));
   out.resize(static_cast<size_t>(n));
   return out;
 }
 
 inline std::u16string Utf16(const std::string& text) {
   std::u16string out(text.size() + 1, u'\0');
-  int n = Utf8ToUtf16(text.data(), static_cast<int>(text.size()), &out[0], static_cast<int>(out.size()));
+  int n = Utf8ToUtf16(text.data(), static_cast<int>(text.size()), &out[0],
+                      static_cast<int>(out.size()));
   out.resize(static_cast<size_t>(n));
   return out;
 }
@@ -71,7 +74,9 @@ class EditorTest : public KLibTest {
     ui_ = {&EditorTest::Message, this};
     previousUi_ = SetUiHost(&ui_);
     host_.context = this;
-    host_.repaintLine = [](void* c, EditorView*, int line) { Self(c)->repaintedLines.push_back(line); };
+    host_.repaintLine = [](void* c, EditorView*, int line) {
+      Self(c)->repaintedLines.push_back(line);
+    };
     host_.repaintAll = [](void* c, EditorView*) { ++Self(c)->fullRepaints; };
     host_.askTabSize = [](void* c, int proposed, TabSizeAnswer* answer) {
       EditorTest* self = Self(c);
@@ -140,6 +145,27 @@ class EditorTest : public KLibTest {
   std::string Save() {
     EXPECT_TRUE(SaveDocument(&view, false));
     return ReadBytes(document->path);
+  }
+  // The caret at (column, line) with nothing selected; a selection ending at the caret.
+  void Caret(int column, int line) {
+    view.caretColumn = column;
+    view.caretLine = line;
+    CollapseSelection(&view);
+  }
+  void Select(int c1, int l1, int c2, int l2, int mode = 0) {
+    view.blockMode = mode;
+    view.selStartColumn = c1;
+    view.selStartLine = l1;
+    view.selEndColumn = c2;
+    view.selEndLine = l2;
+    view.caretColumn = c2;
+    view.caretLine = l2;
+  }
+  int UndoCount() const {
+    int n = 0;
+    for (UndoRecord* r = document->undoList; r; r = r->next)
+      ++n;
+    return n;
   }
   // Replaces the text with `lines` (no undo records).
   void SetText(const std::vector<std::string>& lines) {
