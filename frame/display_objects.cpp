@@ -57,6 +57,8 @@ void CreateDisplayObjects() {
   g_display.hangulFont = MakeFont("HanFontName", GetStr(81), "HanFontSize");
   int offset = ReadInt(kConfigSection, "HanFontOfsY", 0);
   g_display.hangulOffsetY = offset < -10 ? -10 : offset > 10 ? 10 : offset;
+  int wheel = ReadInt(kConfigSection, "WheelScrollLines", 1);
+  g_display.wheelLines = wheel < 1 ? 1 : wheel > 1000 ? 1000 : wheel;
   g_display.useBitmapFont = ReadInt(kConfigSection, "UseSelfFontFg", 0) != 0;
   g_display.bitmapFontFile = nullptr;
   if (g_display.useBitmapFont) {

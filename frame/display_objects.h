@@ -16,6 +16,7 @@ struct DisplayObjects {
   bool useBitmapFont;  // the flag as set; the file may still be missing
   int cellWidth;
   int cellHeight;
+  int wheelLines;  // `WheelScrollLines`, 1 ... 1000: lines one wheel notch moves
 };
 
 extern DisplayObjects g_display;

@@ -6,7 +6,6 @@
 #include "editor/view_commands.h"
 #include "editor/word_moves.h"
 #include "foundation/formatter.h"
-#include "foundation/settings.h"
 #include "frame/display_objects.h"
 #include "frame/editor_window.h"
 #include "frame/frame_state.h"
@@ -309,9 +308,9 @@ void EditorDoubleClick(EditorWindow* editor) {
 }
 
 void EditorWheel(EditorWindow* editor, int delta) {
-  int lines = ReadInt(kConfigSection, "WheelScrollLines", 1);
-  if (lines < 1) lines = 1;
-  if (lines > 1000) lines = 1000;
+  // Read with the other display settings at start-up and after the options sheet, not from
+  // the settings file on every notch.
+  int lines = g_display.wheelLines;
   int notches = delta / 120;
   if (notches == 0) notches = delta > 0 ? 1 : -1;
   ScrollToLine(editor, editor->view.firstLine - notches * lines);
