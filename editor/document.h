@@ -35,6 +35,8 @@ struct EditDocument {
   BookmarkPosition bookmarks[kBookmarkCount];
   UndoRecord* undoList;
   UndoRecord* redoList;
+  uint32_t savedVersion;  // the undo version of the text on disk (0: before any edit)
+  uint32_t undoGroup;     // nonzero while one command's records are being made
   uint32_t fileStamp;  // 0xFFFFFFFF when the file is missing
   TerminalSession* terminal;
   char path[kPathSize];        // internal form

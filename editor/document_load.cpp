@@ -143,7 +143,7 @@ void AskTabSize(EditDocument* document) {
 void FinishLoad(EditorView* view) {
   EditDocument* document = view->document;
   if (!document->keepTabSize) document->tabSize = 0;
-  document->modified = 0;
+  MarkDocumentSaved(document);
   document->untitled = 0;
   document->flag = 0;
   view->caretColumn = view->caretLine = view->firstColumn = view->firstLine = 0;

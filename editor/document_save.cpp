@@ -8,6 +8,7 @@
 #include "editor/editor_view.h"
 #include "editor/safe_file.h"
 #include "editor/text_edit.h"
+#include "editor/undo.h"
 #include "encoding/encoding_settings.h"
 #include "encoding/line_convert.h"
 #include "encoding/text_encoding.h"
@@ -211,7 +212,7 @@ bool SaveDocument(EditorView* view, bool asCopy) {
     return false;
   }
   if (asCopy) return true;
-  document->modified = 0;
+  MarkDocumentSaved(document);
   document->untitled = 0;
   EditorTitleChanged(view);
   FileHandle written =

@@ -169,6 +169,9 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
   int replaced = 0;
   int caretColumn = 0;
   int caretLine = 0;
+  // However many records the replacements make (a case-insensitive search meets the text in
+  // several cases), one Ctrl+Z takes them all back.
+  BeginUndoGroup(document);
   for (; line <= lastLine; ++line, index = 0) {
     for (;;) {
       const LineRecord* record = document->lines[line];
@@ -191,6 +194,7 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
     }
     if (replaced && !request->replaceAll) break;
   }
+  EndUndoGroup(document);
   if (replaced == 0) {
     NotFound(request);
     return 0;

@@ -185,8 +185,10 @@ TEST_F(FindReplace, UndoGivesBackTheCaseTheTextHad) {
   request.origin = 1;
   EXPECT_EQ(ReplaceAll(&view, &request), 3);
   EXPECT_EQ(Lines(document), (Texts{"id id id"}));
-  UndoAll();
+  Undo(&view);  // three cases, three records, one Ctrl+Z
   EXPECT_EQ(Lines(document), (Texts{"Name name NAME"}));
+  Redo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"id id id"}));
 }
 
 TEST_F(FindReplace, SelectionScopeEndsAtTheSelectionsEndColumn) {
