@@ -54,6 +54,17 @@ int Indentation(const LineRecord* line) {
   return spaces;
 }
 
+// Records the blanks from `from` to `to` that padding put behind the end of `line`.
+void RecordPadding(EditorView* view, int from, int to, int line) {
+  static constexpr char16_t kSpaces[16] = {u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
+                                           u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' '};
+  for (int column = from; column < to; column += 16) {
+    int piece = to - column < 16 ? to - column : 16;
+    PushUndo(view, kUndoInsert, column, line, kSpaces, piece);
+    PushUndoMark(view, kUndoInsert, column + piece, line);
+  }
+}
+
 // A column insert touches one line per piece of the text, from the caret down.
 int PieceCount(const char16_t* units, int count) {
   int pieces = 1;
@@ -78,13 +89,7 @@ bool InsertRecorded(EditorView* view, const char16_t* units, int count, int bloc
     if (at.column > columns && at.line < document->lineCount) {
       int index = 0;
       if (!PadToColumn(document, at.line, at.column, &index)) return false;
-      static constexpr char16_t kSpaces[16] = {u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
-                                               u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' '};
-      for (int column = columns; column < at.column; column += 16) {
-        int piece = at.column - column < 16 ? at.column - column : 16;
-        PushUndo(view, kUndoInsert, column, at.line, kSpaces, piece);
-        PushUndoMark(view, kUndoInsert, column + piece, at.line);
-      }
+      RecordPadding(view, columns, at.column, at.line);
     }
   }
   if (blockMode == 1) {
@@ -188,8 +193,11 @@ void KeyEnter(EditorView* view) {
   DeleteSelection(view);
   SnapCaret(view);
   int line = view->caretLine;
-  int column = view->caretColumn;
   if (!EnsureLine(document, line)) return;
+  // Behind the end of the line the break goes at the end: nothing is padded, nothing recorded
+  // beyond the text.
+  int column = view->caretColumn;
+  if (column > LineColumns(document->lines[line])) column = LineColumns(document->lines[line]);
   if (column == 0) {
     // An empty line above; the caret goes down with the line it stood on.
     if (!SplitLine(document, line, 0, 0)) return;
@@ -272,8 +280,18 @@ void KeyDelete(EditorView* view) {
     return;
   }
   if (line + 1 >= document->lineCount) return;
+  int end = LineColumns(record);
+  bool pads = column > end && LineLength(document->lines[line + 1]) > 0;
+  if (!pads) column = end;
   if (!JoinNextLine(document, line, column)) return;
+  if (pads) {
+    // The next line comes in at the caret: the blanks before it are an insertion of their own,
+    // taken back with the join by one Ctrl+Z.
+    BeginUndoGroup(document);
+    RecordPadding(view, end, column, line);
+  }
   PushUndoUnit(view, kUndoDelete, column, line, 13);
+  if (pads) EndUndoGroup(document);
   document->modified = 1;
   EditorRepaintAll(view);
 }
