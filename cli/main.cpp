@@ -63,7 +63,7 @@ const ToolCommand kCommands[] = {
      "                                    status texts, the menu state, where a command goes,\n"
      "                                    the kept document list, a bitmap font's cell"},
     {"find", RunFindCommand,
-     "find [--case] [--word] [--replace TEXT [--all]] FILE PATTERN\n"
+     "find [--case] [--word] [--up | --replace TEXT [--all]] FILE PATTERN\n"
      "                                    searches FILE from the top as the find dialog would\n"
      "                                    and prints where the caret ends (Col, Ln); with\n"
      "                                    --replace replaces the first match (--all: every one),\n"
