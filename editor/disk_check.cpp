@@ -1,6 +1,7 @@
 // Whether the file changed under the editor, and the question before closing a changed document.
 #include "editor/document.h"
 #include "editor/document_io.h"
+#include "editor/editor_host.h"
 #include "editor/editor_view.h"
 #include "foundation/fileutil.h"
 #include "foundation/host.h"
@@ -28,7 +29,11 @@ bool CheckChangedOnDisk(EditorView* view) {
   unsigned stamp = FileStamp(file);
   FileClose(file);
   if (stamp == document->fileStamp) return false;
-  if (HostMessageId(89, kMbOkCancel | kMbIconQuestion, document->path) != kIdOk) {
+  // Over unsaved edits the question says what reloading throws away, and Cancel is the default.
+  int answer = document->modified
+                   ? HostMessageId(170, kMbOkCancel | kMbIconExclamation | kMbDefButton2, document->path)
+                   : HostMessageId(89, kMbOkCancel | kMbIconQuestion, document->path);
+  if (answer != kIdOk) {
     document->fileStamp = stamp;
     return false;
   }

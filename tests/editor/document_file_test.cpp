@@ -257,8 +257,19 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // Cancel
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
+  EXPECT_EQ(messageFlags[0] & 0xF0F, kMbOkCancel);  // OK is the default
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // the new stamp was recorded
   EXPECT_EQ(messages.size(), 1u);
+
+  // Unsaved edits: the question warns that they go, and Cancel is the default.
+  document->modified = 1;
+  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  EXPECT_FALSE(CheckChangedOnDisk(&view));
+  ASSERT_EQ(messages.size(), 2u);
+  EXPECT_NE(messages[1].find("저장하지 않은 수정 내용이 모두 사라집니다"), std::string::npos);
+  EXPECT_EQ(messageFlags[1] & 0xF0F, kMbOkCancel | kMbDefButton2);
+  EXPECT_EQ(Lines(document), (Texts{"one"}));
+  document->modified = 0;
 
   std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
   answers = {kIdOk};
@@ -270,8 +281,8 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   std::filesystem::remove(path);
   EXPECT_FALSE(CheckChangedOnDisk(&view));
   EXPECT_FALSE(CheckChangedOnDisk(&view));
-  ASSERT_EQ(messages.size(), 3u);
-  EXPECT_EQ(messages[2], "'" + std::string(document->path) + "' 파일이 없어졌습니다.");
+  ASSERT_EQ(messages.size(), 4u);
+  EXPECT_EQ(messages[3], "'" + std::string(document->path) + "' 파일이 없어졌습니다.");
   EXPECT_EQ(document->fileStamp, kMissingFileStamp);
 }
 
