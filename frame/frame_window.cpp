@@ -117,12 +117,18 @@ bool CloseChild(HWND child) {
   return true;
 }
 
-// Closes every child without an owner, stopping at the first that refuses.
+// Closes every child without an owner. Every modified document is asked about before any window
+// closes, so that Cancel on one of them leaves all of them as they were.
 void CloseAllChildren() {
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!GetWindow(child, GW_OWNER) && !SendMessageW(child, WM_QUERYENDSESSION, 0, 0)) return;
+  }
   HWND child = GetWindow(g_frame.mdiClient, GW_CHILD);
   while (child) {
     HWND next = GetWindow(child, GW_HWNDNEXT);
-    if (!GetWindow(child, GW_OWNER) && !CloseChild(child)) return;
+    if (!GetWindow(child, GW_OWNER))
+      SendMessageW(g_frame.mdiClient, WM_MDIDESTROY, reinterpret_cast<WPARAM>(child), 0);
     child = next;
   }
 }

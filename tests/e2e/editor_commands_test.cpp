@@ -650,20 +650,23 @@ TEST(EditorCommands, RemainingChordsAndSecondKeys) {
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
-// Closing the frame asks about each modified document: Yes saves it, Cancel keeps the frame and
-// the rest open, No lets it go unsaved.
+// Closing the frame asks about each modified document before any window closes: Yes saves it,
+// Cancel keeps the frame and every document open (an unmodified one too), No lets it go unsaved.
 TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
   Scenario scenario(L"commands-close", L"first.c", "1\r\n");
   std::wstring second = scenario.folder() + L"second.c";
+  std::wstring clean = scenario.folder() + L"clean.c";
   WriteBytes(second, "2\r\n");
+  WriteBytes(clean, "3\r\n");
   ASSERT_TRUE(scenario.Start());
   TypeText(L"a");
   Settle();
   HWND first = scenario.editor();
   ASSERT_TRUE(scenario.OpenThroughMenu(second));
-  ASSERT_EQ(Children(scenario.quill()).size(), 2u);
   TypeText(L"b");
   Settle();
+  ASSERT_TRUE(scenario.OpenThroughMenu(clean));
+  ASSERT_EQ(Children(scenario.quill()).size(), 3u);
 
   auto answer = [&](int button) {
     HWND box = WaitForWindow(scenario.quill(), L"");
@@ -672,11 +675,12 @@ TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
     return WaitUntilGone(box);
   };
   PostMessageW(scenario.quill().Frame(), WM_CLOSE, 0, 0);
-  ASSERT_TRUE(answer(IDYES));  // the active one, second.c, is saved
+  ASSERT_TRUE(answer(IDYES));  // clean.c asks nothing; second.c is saved
   ASSERT_TRUE(answer(IDCANCEL));
   Settle();
   EXPECT_TRUE(scenario.quill().Running());
   EXPECT_EQ(ReadBytes(second), "b2\r\n");
+  EXPECT_EQ(Children(scenario.quill()).size(), 3u);
   EXPECT_TRUE(IsWindow(first));
   EXPECT_EQ(scenario.Bytes(), "1\r\n");
 
