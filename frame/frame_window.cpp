@@ -355,6 +355,13 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
   return DefFrameProcW(frame, g_frame.mdiClient, message, wParam, lParam);
 }
 
+// Brings a child to the front; an icon is restored, a maximised desk stays maximised.
+void ActivateChild(HWND child) {
+  SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child), 0);
+  if (IsIconic(child))
+    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(child), 0);
+}
+
 }  // namespace
 
 HWND ActiveChild() {
@@ -367,8 +374,7 @@ HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
   for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
        child = GetWindow(child, GW_HWNDNEXT)) {
     if (EditorShowsPath(child, path)) {
-      SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child), 0);
-      SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(child), 0);
+      ActivateChild(child);
       return child;
     }
   }
@@ -386,8 +392,7 @@ HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
     document->encoding = static_cast<uint8_t>(importCode);
     document->tabSize = static_cast<uint8_t>(importOption);
     document->keepTabSize = importOption ? 1 : 0;
-    SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(active), 0);
-    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
+    ActivateChild(active);
     SendMessageW(active, WM_COMMAND, kCmdLoad, 0);
     return active;
   }

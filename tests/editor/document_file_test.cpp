@@ -351,6 +351,18 @@ TEST_F(DocumentFile, NewDocumentsAreNumberedAndNeverReuseANumber) {
   snprintf(expected, sizeof expected, "NoName%02d.cpp", number + 3);
   EXPECT_NE(std::string(fourth->path).find(expected), std::string::npos);
   FreeDocument(fourth);
+
+  // A document made for a file takes no number: the next untitled one follows the last.
+  EditDocument* named = NewDocumentFor("C:/src/a.c");
+  EXPECT_EQ(std::string(named->path), "C:/src/a.c");
+  EXPECT_EQ(named->untitled, 0);
+  EXPECT_EQ(named->scrollScale, 1);
+  EXPECT_EQ(named->bookmarks[0].index, -1);
+  FreeDocument(named);
+  EditDocument* fifth = NewDocument();
+  snprintf(expected, sizeof expected, "NoName%02d.cpp", number + 4);
+  EXPECT_NE(std::string(fifth->path).find(expected), std::string::npos);
+  FreeDocument(fifth);
 }
 
 TEST_F(DocumentFile, TheLineTableGrowsByWhatIsNeededPlusAThousand) {
