@@ -37,19 +37,21 @@ std::vector<std::string> Arguments(const std::string& line) {
     else
       result.back() += c;
   }
-  for (std::string& argument : result) argument = Trim(argument);
+  for (std::string& argument : result)
+    argument = Trim(argument);
   return result;
 }
 
 bool ParseControl(const std::string& line, Control* control) {
   std::string kind = line.substr(0, line.find(' '));
   std::vector<std::string> args = Arguments(line.substr(kind.size()));
-  static const char* const kWithText[] = {"LTEXT",        "RTEXT",    "CTEXT",           "PUSHBUTTON",
-                                          "DEFPUSHBUTTON", "CHECKBOX", "AUTOCHECKBOX",    "RADIOBUTTON",
-                                          "AUTORADIOBUTTON", "GROUPBOX", "CONTROL"};
+  static const char* const kWithText[] = {
+      "LTEXT",        "RTEXT",       "CTEXT",           "PUSHBUTTON", "DEFPUSHBUTTON", "CHECKBOX",
+      "AUTOCHECKBOX", "RADIOBUTTON", "AUTORADIOBUTTON", "GROUPBOX",   "CONTROL"};
   static const char* const kWithoutText[] = {"EDITTEXT", "COMBOBOX", "LISTBOX"};
   bool text = std::find(std::begin(kWithText), std::end(kWithText), kind) != std::end(kWithText);
-  if (!text && std::find(std::begin(kWithoutText), std::end(kWithoutText), kind) == std::end(kWithoutText))
+  if (!text &&
+      std::find(std::begin(kWithoutText), std::end(kWithoutText), kind) == std::end(kWithoutText))
     return false;
   size_t at = 0;
   control->kind = kind;
@@ -171,13 +173,16 @@ TEST(DialogLayout, AButtonColumnIsReadAfterTheFieldsAndAButtonRowAfterTheRowAbov
     ReadingOrder(controls, &order);
     return FocusableIds(order);
   };
-  EXPECT_EQ(read({at("COMBOBOX", "find", 60, 8, 140, 14), at("PUSHBUTTON", "clear", 204, 7, 48, 14),
-                  at("COMBOBOX", "replace", 60, 26, 140, 14), at("PUSHBUTTON", "ok", 204, 46, 48, 14),
-                  at("AUTOCHECKBOX", "left", 8, 46, 60, 10), at("AUTOCHECKBOX", "right", 124, 46, 60, 10)}),
-            (std::vector<std::string>{"find", "replace", "left", "right", "clear", "ok"}));
-  EXPECT_EQ(read({at("LTEXT", "label", 8, 10, 80, 10), at("EDITTEXT", "value", 92, 8, 24, 13),
-                  at("DEFPUSHBUTTON", "ok", 36, 30, 48, 14), at("PUSHBUTTON", "cancel", 92, 30, 48, 14)}),
-            (std::vector<std::string>{"label", "value", "ok", "cancel"}));
+  EXPECT_EQ(
+      read({at("COMBOBOX", "find", 60, 8, 140, 14), at("PUSHBUTTON", "clear", 204, 7, 48, 14),
+            at("COMBOBOX", "replace", 60, 26, 140, 14), at("PUSHBUTTON", "ok", 204, 46, 48, 14),
+            at("AUTOCHECKBOX", "left", 8, 46, 60, 10),
+            at("AUTOCHECKBOX", "right", 124, 46, 60, 10)}),
+      (std::vector<std::string>{"find", "replace", "left", "right", "clear", "ok"}));
+  EXPECT_EQ(
+      read({at("LTEXT", "label", 8, 10, 80, 10), at("EDITTEXT", "value", 92, 8, 24, 13),
+            at("DEFPUSHBUTTON", "ok", 36, 30, 48, 14), at("PUSHBUTTON", "cancel", 92, 30, 48, 14)}),
+      (std::vector<std::string>{"label", "value", "ok", "cancel"}));
 }
 
 }  // namespace
