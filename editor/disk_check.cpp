@@ -22,7 +22,7 @@ bool CheckChangedOnDisk(EditorView* view) {
         document->fileStamp != kMissingFileStamp) {
       // Reported once: the stamp now says that the file is missing.
       document->fileStamp = kMissingFileStamp;
-      HostMessageId(115, kMbOk | kMbIconExclamation, document->path);
+      HostMessagePath(115, kMbOk | kMbIconExclamation, document->path);
     }
     return false;
   }
@@ -30,9 +30,10 @@ bool CheckChangedOnDisk(EditorView* view) {
   FileClose(file);
   if (stamp == document->fileStamp) return false;
   // Over unsaved edits the question says what reloading throws away, and Cancel is the default.
-  int answer = document->modified
-                   ? HostMessageId(170, kMbOkCancel | kMbIconExclamation | kMbDefButton2, document->path)
-                   : HostMessageId(89, kMbOkCancel | kMbIconQuestion, document->path);
+  int answer =
+      document->modified
+          ? HostMessagePath(170, kMbOkCancel | kMbIconExclamation | kMbDefButton2, document->path)
+          : HostMessagePath(89, kMbOkCancel | kMbIconQuestion, document->path);
   if (answer != kIdOk) {
     document->fileStamp = stamp;
     return false;
@@ -45,5 +46,5 @@ bool CheckChangedOnDisk(EditorView* view) {
 int ConfirmSaveIfModified(EditorView* view) {
   EditDocument* document = view->document;
   if (!document || !document->modified) return kIdNo;
-  return HostMessageId(85, kMbYesNoCancel | kMbIconQuestion, document->path);
+  return HostMessagePath(85, kMbYesNoCancel | kMbIconQuestion, document->path);
 }

@@ -157,6 +157,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       if (!GetWindow(window, GW_HWNDNEXT) && !GetWindow(window, GW_HWNDPREV)) {
         UpdateMenuState(0, false);
         SetStatusMessage(nullptr);
+        SetStatusFormat(nullptr);
       }
       break;
     case WM_NCDESTROY:

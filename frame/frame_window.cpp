@@ -38,9 +38,11 @@ constexpr int kWindowMenuPosition = 3;   // "창(&W)"
 constexpr int kFirstBitmapPosition = 6;  // menu-bar items 6-8: build and run, build, rebuild
 constexpr UINT_PTR kLogoTimer = 1;
 
-// Parts end at 120, 200 and the client width; the fourth reaches the right edge.
+// Parts end at 120, 200 and before the encoding part, which reaches the right edge.
+constexpr int kFormatPartWidth = 150;
 void SetStatusParts(int clientWidth) {
-  int edges[4] = {120, 200, clientWidth, -1};
+  int messageEnd = clientWidth - kFormatPartWidth > 200 ? clientWidth - kFormatPartWidth : 200;
+  int edges[4] = {120, 200, messageEnd, -1};
   SendMessageW(g_frame.statusBar, SB_SETPARTS, 4, reinterpret_cast<LPARAM>(edges));
 }
 

@@ -93,6 +93,20 @@ std::wstring FieldText(HWND dialog, int id) {
   return text;
 }
 
+// The longest text among a message box's controls: its message.
+std::wstring BoxText(HWND box) {
+  std::wstring longest;
+  auto take = [](HWND child, LPARAM found) -> BOOL {
+    wchar_t text[512];
+    SendMessageW(child, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text));
+    std::wstring* kept = reinterpret_cast<std::wstring*>(found);
+    if (wcslen(text) > kept->size()) *kept = text;
+    return TRUE;
+  };
+  EnumChildWindows(box, take, reinterpret_cast<LPARAM>(&longest));
+  return longest;
+}
+
 std::wstring ComboText(HWND dialog, int id, int index) {
   HWND combo = GetDlgItem(dialog, id);
   LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, index, 0);
@@ -494,7 +508,9 @@ TEST(EditorCommands, ClipboardIsSharedWithOtherPrograms) {
 }
 
 // Another program changes the file while Quill is in the background: coming back asks message
-// 89, and OK loads the new text. A file deleted meanwhile is reported once with message 115.
+// 89 (naming the file as the title does), and OK loads the new text. Over unsaved edits the
+// question warns that they go, and Enter keeps them. A file deleted meanwhile is reported once
+// with message 115.
 TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   Scenario scenario(L"commands-disk", L"disk.c", "old\r\n");
   ASSERT_TRUE(scenario.Start());
@@ -510,24 +526,45 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
     Settle();
   };
 
+  auto changeOnDisk = [&](const std::string& bytes, unsigned long long minutes) {
+    WriteBytes(scenario.path(), bytes);
+    FILETIME later;
+    GetSystemTimeAsFileTime(&later);
+    reinterpret_cast<ULARGE_INTEGER*>(&later)->QuadPart += 600000000ULL * minutes;
+    HANDLE file = CreateFileW(scenario.path().c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                              OPEN_EXISTING, 0, nullptr);
+    SetFileTime(file, nullptr, nullptr, &later);
+    CloseHandle(file);
+  };
+
   background();
-  WriteBytes(scenario.path(), "new text\r\n");
-  FILETIME later;
-  GetSystemTimeAsFileTime(&later);
-  reinterpret_cast<ULARGE_INTEGER*>(&later)->QuadPart += 20000000ULL * 60;
-  HANDLE file = CreateFileW(scenario.path().c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
-                            OPEN_EXISTING, 0, nullptr);
-  SetFileTime(file, nullptr, nullptr, &later);
-  CloseHandle(file);
+  changeOnDisk("new text\r\n", 20);
   foreground();
   HWND question = Dialog(scenario, L"", L"changed-on-disk");
   ASSERT_NE(question, nullptr);
+  EXPECT_NE(BoxText(question).find(L"'" + scenario.path() + L"' 파일이 변경되었습니다"),
+            std::wstring::npos);
   Press(VK_RETURN);
   EXPECT_TRUE(WaitUntilGone(question));
   ASSERT_TRUE(scenario.Focus());
   Press(VK_END);
   Settle();
   EXPECT_EQ(scenario.Caret(), L"\tCol 9, Ln 1");
+
+  TypeText(L"!");
+  background();
+  changeOnDisk("newer\r\n", 40);
+  foreground();
+  question = Dialog(scenario, L"", L"changed-under-edits");
+  ASSERT_NE(question, nullptr);
+  EXPECT_NE(BoxText(question).find(L"저장하지 않은 수정 내용이 모두 사라집니다"), std::wstring::npos);
+  Press(VK_RETURN);  // Cancel
+  EXPECT_TRUE(WaitUntilGone(question));
+  ASSERT_TRUE(scenario.Focus());
+  Press(VK_END);
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 10, Ln 1");  // "new text!" is still there
+  EXPECT_EQ(scenario.quill().StatusText(1), L"\tModified");
 
   background();
   DeleteFileW(scenario.path().c_str());
@@ -540,6 +577,10 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   foreground();
   EXPECT_EQ(WaitForWindow(scenario.quill(), L"", 1500), nullptr);  // told once only
   DestroyWindow(other);
+  PostMessageW(scenario.quill().Frame(), WM_CLOSE, 0, 0);
+  HWND save = WaitForWindow(scenario.quill(), L"");  // the edits are not saved
+  ASSERT_NE(save, nullptr);
+  PostMessageW(save, WM_COMMAND, IDNO, 0);
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 

@@ -147,7 +147,7 @@ TEST_F(DocumentFile, TooLargeAFileIsRefusedWithItsMessage) {
   snprintf(document->path, sizeof document->path, "%s", path.c_str());
   EXPECT_FALSE(LoadDocument(&view));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + path + "'은 너무 큰 파일입니다. (최대 50 MByte)");
+  EXPECT_EQ(messages[0], "'" + Shown(path) + "'은 너무 큰 파일입니다. (최대 50 MByte)");
   std::filesystem::resize_file(std::filesystem::u8path(path), kMaxFileSize - 1);
   messages.clear();
   answers = {kIdCancel};
@@ -212,7 +212,7 @@ TEST_F(DocumentFile, AFailedSaveKeepsTheOldFileAndTheModifiedMark) {
                                std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], std::string("'") + document->path + "' 파일이 만들어지지 않습니다.");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 만들어지지 않습니다.");
   EXPECT_EQ(document->modified, 1);
   EXPECT_EQ(ReadBytes(document->path), "original\r\n");
   std::filesystem::permissions(std::filesystem::u8path(document->path), std::filesystem::perms::owner_all);
@@ -256,7 +256,7 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // Cancel
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
   EXPECT_EQ(messageFlags[0] & 0xF0F, kMbOkCancel);  // OK is the default
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // the new stamp was recorded
   EXPECT_EQ(messages.size(), 1u);
@@ -282,7 +282,7 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   EXPECT_FALSE(CheckChangedOnDisk(&view));
   EXPECT_FALSE(CheckChangedOnDisk(&view));
   ASSERT_EQ(messages.size(), 4u);
-  EXPECT_EQ(messages[3], "'" + std::string(document->path) + "' 파일이 없어졌습니다.");
+  EXPECT_EQ(messages[3], "'" + Shown(document->path) + "' 파일이 없어졌습니다.");
   EXPECT_EQ(document->fileStamp, kMissingFileStamp);
 }
 
@@ -292,7 +292,7 @@ TEST_F(DocumentFile, ClosingAModifiedDocumentAsks) {
   document->modified = 1;
   answers = {kIdYes};
   EXPECT_EQ(ConfirmSaveIfModified(&view), kIdYes);
-  EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 수정되었습니다. 저장할까요?");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 수정되었습니다. 저장할까요?");
   EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNoCancel);
 }
 
