@@ -16,6 +16,7 @@ constexpr int kFindField = 101;
 constexpr int kByteOrderMark = 112;
 constexpr int kPathField = 101;
 constexpr int kFirstLabel = 201;
+constexpr int kEncodingList = 103;
 
 // A fresh copy of Quill in its own folder with `file` holding `bytes` and, when given, settings.
 class Scenario {
@@ -422,7 +423,8 @@ TEST(EditorCommands, TabSizeAndSaveAsDialogs) {
 }
 
 // A Johab file opened through the open-other-format dialog, then saved as UTF-8 with a mark
-// through the save-in-other-format dialog; the mark is offered for the Unicode encodings only.
+// through the save-in-other-format dialog; the encodings are chosen from drop-down lists by
+// their names, and the mark is offered for the Unicode encodings only.
 TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   // 한글 in Johab is D0 65 8B 69.
   Scenario scenario(L"commands-format", L"johab.txt", "\xD0\x65\x8B\x69 x\r\n");
@@ -447,7 +449,12 @@ TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   SendMessageW(GetDlgItem(open, kPathField), WM_GETTEXT, MAX_PATH,
                reinterpret_cast<LPARAM>(chosen));
   EXPECT_EQ(std::wstring(chosen), scenario.path());
-  Chord({VK_MENU}, 'J');
+  const wchar_t* const names[] = {L"JOHAP", L"EUCKR", L"UTF8", L"UTF16"};
+  EXPECT_EQ(ComboText(open, kEncodingList, 0), L"자동 판별");
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(ComboText(open, kEncodingList, i + 1), names[i]);
+  Chord({VK_MENU}, 'K');
+  Press('J');
   Press(VK_RETURN);
   EXPECT_TRUE(WaitUntilGone(open));
   ASSERT_TRUE(scenario.Focus());
@@ -462,9 +469,12 @@ TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   HWND save = Dialog(scenario, L"다른 형식으로 저장", L"save-other");
   ASSERT_NE(save, nullptr);
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(save, kByteOrderMark)));  // Johab has no mark
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(ComboText(save, kEncodingList, i), names[i]);
   std::wstring copy = scenario.folder() + L"utf8.txt";
   TypeText(copy);  // the document's path stands selected and is replaced
-  Chord({VK_MENU}, '8');
+  Chord({VK_MENU}, 'K');
+  Press('U');  // the first name with U
   Settle();
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(save, kByteOrderMark)));
   Chord({VK_MENU}, 'M');
