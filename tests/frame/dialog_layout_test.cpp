@@ -42,20 +42,15 @@ std::vector<std::string> Arguments(const std::string& line) {
   return result;
 }
 
+// A control line: KIND ["text",] id, [class, style,] x, y, w, h [, style].
 bool ParseControl(const std::string& line, Control* control) {
-  std::string kind = line.substr(0, line.find(' '));
-  std::vector<std::string> args = Arguments(line.substr(kind.size()));
-  static const char* const kWithText[] = {
-      "LTEXT",        "RTEXT",       "CTEXT",           "PUSHBUTTON", "DEFPUSHBUTTON", "CHECKBOX",
-      "AUTOCHECKBOX", "RADIOBUTTON", "AUTORADIOBUTTON", "GROUPBOX",   "CONTROL"};
-  static const char* const kWithoutText[] = {"EDITTEXT", "COMBOBOX", "LISTBOX"};
-  bool text = std::find(std::begin(kWithText), std::end(kWithText), kind) != std::end(kWithText);
-  if (!text &&
-      std::find(std::begin(kWithoutText), std::end(kWithoutText), kind) == std::end(kWithoutText))
-    return false;
+  size_t space = line.find(' ');
+  if (space == std::string::npos) return false;
+  std::string kind = line.substr(0, space);
+  std::vector<std::string> args = Arguments(line.substr(space));
   size_t at = 0;
   control->kind = kind;
-  control->text = text ? args[at++] : "";
+  control->text = args[0][0] == '"' ? args[at++] : "";
   control->id = args[at++];
   if (kind == "CONTROL") {
     at++;  // the class
@@ -82,12 +77,14 @@ std::vector<Dialog> ReadDialogs() {
   std::ifstream file(here.substr(0, here.rfind("tests")) + "resources/quill.rc");
   std::vector<Dialog> dialogs;
   std::string line;
-  bool inside = false;
+  bool header = false, inside = false;  // in a dialog's header lines, in its controls
   while (std::getline(file, line)) {
     line = Trim(line);
     if (line.find(" DIALOGEX ") != std::string::npos) {
       dialogs.push_back({line.substr(0, line.find(' ')), {}});
-    } else if (!dialogs.empty() && line == "BEGIN") {
+      header = true;
+    } else if (header && line == "BEGIN") {
+      header = false;
       inside = true;
     } else if (line == "END") {
       inside = false;
