@@ -57,8 +57,8 @@ const ToolCommand kCommands[] = {
      "                                    SOURCE: the preprocessor's messages, then the "
      "definition"},
     {"frame", RunFrameCommand,
-     "frame cmdline LINE | status COL LN [--modified] | menu MODE QUICK PROJECT |\n"
-     "      command ID | session INI | font FILE\n"
+     "frame cmdline LINE | status COL LN [--modified] | format ENCODING [--bom] [--lf] |\n"
+     "      menu MODE QUICK PROJECT | command ID | session INI | font FILE\n"
      "                                    the frame's rules: the command line's path, the\n"
      "                                    status texts, the menu state, where a command goes,\n"
      "                                    the kept document list, a bitmap font's cell"},

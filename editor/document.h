@@ -47,6 +47,9 @@ constexpr uint32_t kMissingFileStamp = 0xFFFFFFFFu;
 
 // A zero-filled document named "<current folder>/NoName%02d.cpp" by a counter that only grows.
 EditDocument* NewDocument();
+// The same for a document that has a file: it takes no number, so untitled documents are
+// numbered among themselves.
+EditDocument* NewDocumentFor(const char* path);
 // Frees the lines, the undo and redo lists and the record.
 void FreeDocument(EditDocument* document);
 // Frees every line; the table stays allocated.

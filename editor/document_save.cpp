@@ -85,7 +85,7 @@ void ShowWriteFailure(const char* path, unsigned error) {
   if (error == kErrorDiskFull)
     HostMessageIdNumber(84, kMbOk | kMbIconExclamation, static_cast<unsigned char>(path[0]));
   else
-    HostMessageId(5, kMbOk | kMbIconExclamation, path);
+    HostMessagePath(5, kMbOk | kMbIconExclamation, path);
 }
 
 }  // namespace
@@ -164,7 +164,7 @@ bool SaveDocument(EditorView* view, bool asCopy) {
 
   SafeFile file;
   if (!SafeFileOpen(&file, document->path)) {
-    HostMessageId(3, kMbOk | kMbIconExclamation, document->path);
+    HostMessagePath(3, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   TrimTrailingBlanks(document);
