@@ -8,25 +8,39 @@
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
 
-int RunDetectCommand(int argc, char** argv) {
-  if (argc != 1) return kExitUsage;
+namespace {
+
+// Prints the choice for one file; false when it cannot be read.
+bool DetectOneFile(const char* path, int unrecognised) {
   size_t length = 0;
-  char* data = ReadWholeFile(argv[0], &length, kOwnerTool);
+  char* data = ReadWholeFile(path, &length, kOwnerTool);
   if (!data) {
-    fprintf(stderr, "quill-tool: detect: cannot read %s\n", argv[0]);
-    return kExitFailed;
+    fprintf(stderr, "quill-tool: detect: cannot read %s\n", path);
+    return false;
   }
+  bool ok = length <= 0x7FFFFFFF;
   if (length == 0) {
     // An empty file opens with no encoding; it gets one when it is saved.
     puts("NONE");
-  } else if (length > 0x7FFFFFFF) {
-    fprintf(stderr, "quill-tool: detect: %s is too large\n", argv[0]);
+  } else if (!ok) {
+    fprintf(stderr, "quill-tool: detect: %s is too large\n", path);
   } else {
     int bomLength = 0;
-    int encoding =
-        DetectTextEncoding(data, static_cast<int>(length), ReadUnrecognisedEncoding(), &bomLength);
+    int encoding = DetectTextEncoding(data, static_cast<int>(length), unrecognised, &bomLength);
     printf("%s%s\n", EncodingName(encoding), bomLength ? " BOM" : "");
   }
   FreeMem(data);
-  return length > 0x7FFFFFFF ? kExitFailed : kExitOk;
+  return ok;
+}
+
+}  // namespace
+
+// One line a file, in order; the first file that cannot be read ends the run.
+int RunDetectCommand(int argc, char** argv) {
+  if (argc < 1) return kExitUsage;
+  int unrecognised = ReadUnrecognisedEncoding();
+  for (int i = 0; i < argc; ++i) {
+    if (!DetectOneFile(argv[i], unrecognised)) return kExitFailed;
+  }
+  return kExitOk;
 }

@@ -36,8 +36,9 @@ const ToolCommand kCommands[] = {
      "                                    binary to source; OUT defaults to IN with the\n"
      "                                    language's extension and prints where it went"},
     {"detect", RunDetectCommand,
-     "detect FILE                         the encoding opening FILE would choose (JOHAP, EUCKR,\n"
-     "                                    UTF8 or UTF16, then BOM when it has a mark)"},
+     "detect FILE...                      the encoding opening each FILE would choose (JOHAP,\n"
+     "                                    EUCKR, UTF8 or UTF16, then BOM when it has a mark),\n"
+     "                                    one line a file"},
     {"convert", RunConvertCommand,
      "convert [--from ENC] [--tab N] [--to ENC] [--save-tab N] [--lf|--crlf] [--bom|--no-bom]\n"
      "        IN OUT                      opens IN as File > Open would (tabs expanded with N)\n"

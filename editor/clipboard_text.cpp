@@ -33,7 +33,7 @@ int ExpandPasted(const char16_t* units, int count, int caretColumn, int blockMod
     if (IsBreak(unit))
       column = blockMode == 1 ? caretColumn : 0;
     else
-      column += UnitColumns(unit);
+      column += UnitColumnsAfter(i > 0 ? units[i - 1] : 0, unit);
   }
   return written;
 }

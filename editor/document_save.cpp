@@ -98,9 +98,10 @@ int CompressTabs(const char16_t* units, int count, int tabSize, char16_t* target
   char16_t quote = 0;
   for (int i = 0; i < count;) {
     char16_t unit = units[i];
+    char16_t previous = i > 0 ? units[i - 1] : 0;
     if (quote) {
       target[written++] = unit;
-      column += UnitColumns(unit);
+      column += UnitColumnsAfter(previous, unit);
       ++i;
       if (unit == u'\\' && i < count) {
         target[written++] = units[i];
@@ -114,7 +115,7 @@ int CompressTabs(const char16_t* units, int count, int tabSize, char16_t* target
     if (unit != u' ') {
       if (unit == u'"' || unit == u'\'') quote = unit;
       target[written++] = unit;
-      column += UnitColumns(unit);
+      column += UnitColumnsAfter(previous, unit);
       ++i;
       continue;
     }

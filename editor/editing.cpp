@@ -253,11 +253,12 @@ void KeyBackspace(EditorView* view) {
   }
   int index = UnitIndexAtColumn(record, column);
   if (index == 0) return;
-  char16_t unit = record->text[index - 1];
-  int newColumn = ColumnOfIndex(record, index - 1);
+  int start = PreviousCharacterIndex(record, index);  // a surrogate pair goes as one character
+  char16_t unit = record->text[start];
+  int newColumn = ColumnOfIndex(record, start);
   PushUndoMark(view, kUndoBackspace, column, line);
-  PushUndoUnit(view, kUndoBackspace, newColumn, line, unit);
-  ReplaceUnits(document, line, index - 1, 1, nullptr, 0);
+  PushUndo(view, kUndoBackspace, newColumn, line, record->text + start, index - start);
+  ReplaceUnits(document, line, start, index - start, nullptr, 0);
   document->modified = 1;
   MoveCaret(view, newColumn, line);
   RepaintForUnit(view, unit);
@@ -272,9 +273,10 @@ void KeyDelete(EditorView* view) {
   const LineRecord* record = DocumentLine(document, line);
   if (column < LineColumns(record)) {
     int index = UnitIndexAtColumn(record, column);
+    int units = CharacterUnitsAt(record, index);  // a surrogate pair goes as one character
     char16_t unit = record->text[index];
-    PushUndoUnit(view, kUndoDelete, column, line, unit);
-    ReplaceUnits(document, line, index, 1, nullptr, 0);
+    PushUndo(view, kUndoDelete, column, line, record->text + index, units);
+    ReplaceUnits(document, line, index, units, nullptr, 0);
     document->modified = 1;
     RepaintForUnit(view, unit);
     return;

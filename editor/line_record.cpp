@@ -47,17 +47,24 @@ void FreeLine(LineRecord* line) {
   FreeMem(line);
 }
 
+int PreviousCharacterIndex(const LineRecord* line, int index) {
+  if (index >= 2 && index <= LineLength(line) && IsLowSurrogate(line->text[index - 1]) &&
+      IsHighSurrogate(line->text[index - 2]))
+    return index - 2;
+  return index > 0 ? index - 1 : 0;
+}
+
 int RunColumns(const char16_t* units, int count) {
   int columns = 0;
   for (int i = 0; i < count; ++i)
-    columns += UnitColumns(units[i]);
+    columns += UnitColumnsAfter(i > 0 ? units[i - 1] : 0, units[i]);
   return columns;
 }
 
 int UnitIndexAtColumn(const LineRecord* line, int column) {
   int length = LineLength(line);
   int at = 0;
-  for (int i = 0; i < length; ++i) {
+  for (int i = 0; i < length; i += CharacterUnits(line->text, length, i)) {
     int width = UnitColumns(line->text[i]);
     if (at + width > column) return i;
     at += width;
@@ -86,7 +93,7 @@ int ExpandedLength(const char16_t* units, int count, int startColumn, int tabSiz
       column = stop;
     } else {
       ++length;
-      column += UnitColumns(units[i]);
+      column += UnitColumnsAfter(i > 0 ? units[i - 1] : 0, units[i]);
     }
   }
   return length;
@@ -104,7 +111,7 @@ int ExpandTabs(const char16_t* units, int count, int startColumn, int tabSize, c
       }
     } else {
       target[length++] = units[i];
-      column += UnitColumns(units[i]);
+      column += UnitColumnsAfter(i > 0 ? units[i - 1] : 0, units[i]);
     }
   }
   return length;

@@ -3,6 +3,8 @@
 #pragma once
 #include <cstdint>
 
+#include "foundation/unicode.h"
+
 struct LineRecord {
   uint16_t capacity;      // units the record can hold
   uint16_t length;        // units in use
@@ -37,13 +39,25 @@ inline int LineLength(const LineRecord* line) {
 inline int UnitColumns(char16_t unit) {
   return unit >= 256 ? 2 : 1;
 }
+// The same for a unit behind `previous`: a surrogate pair is one two-column character, so its
+// second unit takes none. (A lone surrogate is two columns like any unit of 256 or more.)
+inline int UnitColumnsAfter(char16_t previous, char16_t unit) {
+  return IsHighSurrogate(previous) && IsLowSurrogate(unit) ? 0 : UnitColumns(unit);
+}
+inline int CharacterUnitsAt(const LineRecord* line, int index) {
+  return line ? CharacterUnits(line->text, line->length, index) : 1;
+}
+// Where the character before unit `index` starts: index - 2 behind a surrogate pair.
+int PreviousCharacterIndex(const LineRecord* line, int index);
+
 // Display columns of a run of units.
 int RunColumns(const char16_t* units, int count);
 inline int LineColumns(const LineRecord* line) {
   return line ? RunColumns(line->text, line->length) : 0;
 }
-// The index of the first unit that starts at or right of `column` (the length when the line ends
-// before it). A column inside a wide unit gives that unit's index.
+// The index of the first character that starts at or right of `column` (the length when the line
+// ends before it). A column inside a wide character gives that character's index, so the index
+// never falls between the two units of a surrogate pair.
 int UnitIndexAtColumn(const LineRecord* line, int column);
 // The display column where unit `index` starts.
 int ColumnOfIndex(const LineRecord* line, int index);

@@ -1,5 +1,7 @@
 #include "encoding/encoding_detect.h"
 
+#include "encoding/johab.h"
+#include "encoding/johab_symbols.h"
 #include "encoding/text_encoding.h"
 #include "encoding/utf8_rules.h"
 
@@ -22,6 +24,19 @@ bool IsJohabHitLead(unsigned char lead) {
 // Doubled box-drawing characters of DOS screens, which would otherwise read as Hangul.
 bool IsBoxPair(unsigned char lead, unsigned char trail) {
   return lead == trail && (lead == 0xDB || lead == 0xC4 || lead == 0xDF || lead == 0xDC);
+}
+
+// Fewer pairs than this are too little to overrule the EUC-KR reading.
+constexpr long long kJohabEvidencePairs = 4;
+
+// A Johab code of the kind Korean text is made of: a syllable among the 2,350 that KS X 1001
+// codes, or any letter, symbol or hanja code.
+bool IsEverydayJohab(unsigned code) {
+  if ((code >> 8) > 0xD3) return true;
+  char16_t unit = JohabToUnicode(code, 0);
+  if (!IsHangulSyllable(unit)) return true;
+  unsigned index = unit - 0xAC00u;
+  return (kKsSyllableBits[index / 32] >> (index % 32) & 1u) != 0;
 }
 
 }  // namespace
@@ -74,6 +89,23 @@ bool DetectJohab(const char* bytes, int count) {
   return pairs > 0 && hits * 100 / pairs >= 25;
 }
 
+bool PrefersJohab(const char* bytes, int count) {
+  const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes);
+  long long pairs = 0;
+  long long everyday = 0;
+  for (int i = 0; i < count; ++i) {
+    if (data[i] < 0x80) continue;
+    unsigned char lead = data[i];
+    unsigned char trail = ++i < count ? data[i] : 0;
+    if (IsBoxPair(lead, trail)) continue;
+    unsigned code = static_cast<unsigned>(lead) << 8 | trail;
+    if (!IsJohabCode(code)) return false;
+    ++pairs;
+    if (IsEverydayJohab(code)) ++everyday;
+  }
+  return pairs >= kJohabEvidencePairs && everyday * 10 >= pairs * 9;
+}
+
 int DetectTextEncoding(const char* bytes, int count, int unrecognised, int* bomLength) {
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes);
   *bomLength = 0;
@@ -88,7 +120,9 @@ int DetectTextEncoding(const char* bytes, int count, int unrecognised, int* bomL
   // The loader's buffer is aligned; the units are read in place as the file's UTF-16.
   if (DetectUtf16(reinterpret_cast<const char16_t*>(bytes), count / 2)) return UTF16;
   if (DetectUtf8(bytes, count)) return UTF8;
-  if (DetectEucKr(bytes, count)) return EUCKR;
+  if (DetectEucKr(bytes, count)) {
+    return DetectJohab(bytes, count) && PrefersJohab(bytes, count) ? JOHAP : EUCKR;
+  }
   if (DetectJohab(bytes, count)) return JOHAP;
   return unrecognised;
 }

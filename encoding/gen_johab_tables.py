@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Writes johab_symbols.cpp: the two symbol tables of the Johab converter.
+"""Writes johab_symbols.cpp: the two symbol tables of the Johab converter, and the bit set of the
+2,350 Hangul syllables that KS X 1001 codes (the detection's measure of everyday text).
 
 The symbol rows of KS X 1001 (rows 1-12, EUC-KR leads 0xA1-0xAC) are read through Python's
 cp949 codec, which implements the published KS X 1001 to Unicode mapping, and moved into Johab by
@@ -57,6 +58,20 @@ def emit(name, pairs):
     return "\n".join(lines)
 
 
+def ks_syllable_words():
+    """One bit per syllable from U+AC00, set when KS X 1001 codes it (two bytes in EUC-KR; Python's
+    euc_kr spells the others as eight-byte letter sequences)."""
+    words = [0] * ((0xD7A4 - 0xAC00 + 31) // 32)
+    count = 0
+    for unit in range(0xAC00, 0xD7A4):
+        if len(chr(unit).encode("euc_kr")) == 2:
+            index = unit - 0xAC00
+            words[index // 32] |= 1 << (index % 32)
+            count += 1
+    assert count == 2350, count
+    return words
+
+
 def main():
     pairs = symbol_pairs()
     by_johab = sorted(pairs)
@@ -70,6 +85,12 @@ def main():
     print(emit("kJohabSymbolsByCode", by_johab))
     print()
     print(emit("kJohabSymbolsByUnit", by_unicode))
+    print()
+    words = ks_syllable_words()
+    print("const unsigned kKsSyllableBits[kKsSyllableWords] = {")
+    for i in range(0, len(words), 6):
+        print("    " + ", ".join("0x%08X" % w for w in words[i:i + 6]) + ",")
+    print("};")
 
 
 main()

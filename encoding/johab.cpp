@@ -33,6 +33,16 @@ int FinalCode(int index) {
   return index + 1 + (index >= 17 ? 1 : 0);
 }
 
+// A field code inside its groups: the inverse of closing the gaps gives it back.
+bool IsMedialCode(int code) {
+  int index = MedialIndex(code);
+  return index >= 0 && index < kMedials && MedialCode(index) == code;
+}
+bool IsFinalCode(int code) {
+  int index = FinalIndex(code);
+  return index >= 0 && index < kFinals && FinalCode(index) == code;
+}
+
 char16_t SyllableFromJohab(unsigned code) {
   int initial = static_cast<int>((code >> 10) & 0x1F) - 2;
   int medial = MedialIndex(static_cast<int>((code >> 5) & 0x1F));
@@ -119,6 +129,16 @@ unsigned KsToJohabCode(unsigned ks) {
   }
   if (offset % 2 == 1) return lead << 8 | cell;
   return lead << 8 | (cell <= 0xEE ? cell - 0x70 : cell - 0x5E);
+}
+
+bool IsJohabCode(unsigned code) {
+  if (FindJohabSpecial(code)) return true;
+  unsigned lead = code >> 8;
+  if (IsSyllableLead(lead)) {
+    return IsMedialCode(static_cast<int>((code >> 5) & 0x1F)) &&
+           IsFinalCode(static_cast<int>(code & 0x1F));
+  }
+  return JohabToKsCode(code) != 0;
 }
 
 char16_t JohabToUnicode(unsigned code, char16_t fallback) {

@@ -7,6 +7,11 @@ char16_t JohabToUnicode(unsigned code, char16_t fallback);
 // A unit to its Johab code (lead byte high), or `fallback`.
 unsigned UnicodeToJohab(char16_t unit, unsigned fallback);
 
+// Whether Johab gives the code a place: a lone letter, a syllable whose medial and final are
+// codes of their groups (any initial of the syllable leads is one), or a cell of the symbol and
+// hanja rows. Says nothing of whether the code page has a character there.
+bool IsJohabCode(unsigned code);
+
 // What the line conversions fall back to: the ideographic space and its Johab code.
 constexpr char16_t kJohabFallbackUnit = 0x3000;
 constexpr unsigned kJohabFallbackCode = 0xD931;

@@ -4,6 +4,7 @@
 #include "encoding/utf8_rules.h"
 #include "foundation/memory.h"
 #include "foundation/os_codepage.h"
+#include "foundation/unicode.h"
 
 namespace {
 
@@ -48,27 +49,54 @@ int ConvertBounded(int (*convert)(unsigned, const From*, int, To*, int), const F
   return written;
 }
 
-// One UTF-8 sequence from data[*i]: the lead's bits and as many continuation bytes as it
-// announces and the data holds. A byte that cannot lead stands for itself, and so does the lead
-// of a sequence that spells an ASCII character the long way: read as one unit it could put a line
-// end inside a line.
-char16_t NextUtf8Unit(const unsigned char* data, int count, int* i) {
+// Where the next surrogate pair from units[i] starts, or count.
+int RunWithoutPairs(const char16_t* units, int count, int i) {
+  while (i < count && CharacterUnits(units, count, i) == 1)
+    ++i;
+  return i;
+}
+
+constexpr char16_t kReplacementUnit = 0xFFFD;
+// What the Korean code page writes for a character it has no code for.
+constexpr char kCodePageDefaultByte = '?';
+
+// One UTF-8 sequence from data[*i] as 1 or 2 units (a character beyond the Basic Multilingual
+// Plane as its surrogate pair); returns the number of units. A byte that cannot lead stands for
+// itself, and so does the lead of a sequence that is cut short (by the end of the line or a byte
+// that does not continue it; the bytes behind it are read afresh) or that spells an ASCII
+// character the long way: read as one unit it could put a line end inside a line. A value beyond
+// U+10FFFF (the old five- and six-byte forms) is one U+FFFD.
+int NextUtf8Character(const unsigned char* data, int count, int* i, char16_t* out) {
   int start = *i;
   unsigned char lead = data[(*i)++];
   int trail = Utf8TrailCount(lead);
-  if (trail <= 0) return lead;
-  unsigned value = lead & (0x3Fu >> trail);
+  out[0] = lead;
+  if (trail <= 0) return 1;
+  unsigned long value = lead & (0x3Fu >> trail);
   for (; trail > 0 && *i < count && IsUtf8Continuation(data[*i]); --trail) {
     value = value << 6 | (data[(*i)++] & 0x3Fu);
   }
-  if (value < 0x80) {
+  if (trail > 0 || value < 0x80) {
     *i = start + 1;
-    return lead;
+    return 1;
   }
-  return static_cast<char16_t>(value);
+  if (value > 0x10FFFF) {
+    out[0] = kReplacementUnit;
+  } else if (value > 0xFFFF) {
+    value -= 0x10000;
+    out[0] = static_cast<char16_t>(0xD800 | value >> 10);
+    out[1] = static_cast<char16_t>(0xDC00 | (value & 0x3FF));
+    return 2;
+  } else {
+    out[0] = static_cast<char16_t>(value);
+  }
+  return 1;
 }
 
-int Utf8Length(char16_t unit) {
+// Bytes of the character at units[i]: a pair is 4, a lone surrogate 3 like any unit from U+0800.
+int Utf8Length(const char16_t* units, int count, int i) {
+  if (CharacterUnits(units, count, i) == 2) return 4;
+  char16_t unit = units[i];
   return unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
 }
 
@@ -108,36 +136,46 @@ int EucKrLineToUtf16(const char* bytes, int count, char16_t* target, int targetS
 int Utf8LineToUtf16Count(const char* bytes, int count) {
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes);
   int units = 0;
-  for (int i = 0; i < count; ++units)
-    NextUtf8Unit(data, count, &i);
+  char16_t character[2];
+  for (int i = 0; i < count;)
+    units += NextUtf8Character(data, count, &i, character);
   return units;
 }
 
 int Utf8LineToUtf16(const char* bytes, int count, char16_t* target, int targetSize) {
   const unsigned char* data = reinterpret_cast<const unsigned char*>(bytes);
   int written = 0;
-  for (int i = 0; i < count && written < targetSize;)
-    target[written++] = NextUtf8Unit(data, count, &i);
+  char16_t character[2];
+  for (int i = 0; i < count;) {
+    int units = NextUtf8Character(data, count, &i, character);
+    // A pair that does not fit whole is left out, as the writers leave out a split character.
+    if (units > targetSize - written) break;
+    for (int k = 0; k < units; ++k)
+      target[written++] = character[k];
+  }
   return written;
 }
 
 int Utf16LineToJohabCount(const char16_t* units, int count) {
   int bytes = 0;
-  for (int i = 0; i < count; ++i)
+  for (int i = 0; i < count; i += CharacterUnits(units, count, i))
     bytes += units[i] < 0x80 ? 1 : 2;
   return bytes;
 }
 
 int Utf16LineToJohab(const char16_t* units, int count, char* target, int targetSize) {
   int written = 0;
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; i < count; i += CharacterUnits(units, count, i)) {
     int room = targetSize - written;
     if (units[i] < 0x80) {
       if (room <= 1) break;
       target[written++] = static_cast<char>(units[i]);
     } else {
       if (room <= 2) break;
-      unsigned code = UnicodeToJohab(units[i], kJohabFallbackCode);
+      // Johab has no character beyond the Basic Multilingual Plane: a pair is one fallback.
+      unsigned code = CharacterUnits(units, count, i) == 2
+                          ? kJohabFallbackCode
+                          : UnicodeToJohab(units[i], kJohabFallbackCode);
       target[written++] = static_cast<char>(code >> 8);
       target[written++] = static_cast<char>(code & 0xFF);
     }
@@ -146,29 +184,58 @@ int Utf16LineToJohab(const char16_t* units, int count, char* target, int targetS
   return written;
 }
 
+// The code page sees the runs between surrogate pairs; each pair, which it has no character for,
+// becomes one default character here, whatever the system would make of its two halves.
 int Utf16LineToEucKrCount(const char16_t* units, int count) {
-  return count > 0 ? OsWideToCodePage(kCodePageKorean, units, count, nullptr, 0) : 0;
+  int bytes = 0;
+  for (int i = 0; i < count;) {
+    int end = RunWithoutPairs(units, count, i);
+    if (end > i) bytes += OsWideToCodePage(kCodePageKorean, units + i, end - i, nullptr, 0);
+    if (end < count) ++bytes;
+    i = end + 2;
+  }
+  return bytes;
 }
 
 int Utf16LineToEucKr(const char16_t* units, int count, char* target, int targetSize) {
-  return ConvertBounded(OsWideToCodePage, units, count, target, targetSize);
+  int written = 0;
+  for (int i = 0; i < count;) {
+    int end = RunWithoutPairs(units, count, i);
+    if (end > i) {
+      int done = ConvertBounded(OsWideToCodePage, units + i, end - i, target + written,
+                                targetSize - written);
+      written += done;
+      if (end == count) break;
+      if (done < OsWideToCodePage(kCodePageKorean, units + i, end - i, nullptr, 0)) break;
+    }
+    if (end == count || written >= targetSize) break;
+    target[written++] = kCodePageDefaultByte;
+    i = end + 2;
+  }
+  return written;
 }
 
 int Utf16LineToUtf8Count(const char16_t* units, int count) {
   int bytes = 0;
-  for (int i = 0; i < count; ++i)
-    bytes += Utf8Length(units[i]);
+  for (int i = 0; i < count; i += CharacterUnits(units, count, i))
+    bytes += Utf8Length(units, count, i);
   return bytes;
 }
 
 int Utf16LineToUtf8(const char16_t* units, int count, char* target, int targetSize) {
   int written = 0;
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; i < count; i += CharacterUnits(units, count, i)) {
     char16_t unit = units[i];
-    int length = Utf8Length(unit);
+    int length = Utf8Length(units, count, i);
     if (length > targetSize - written) break;
     unsigned char* out = reinterpret_cast<unsigned char*>(target + written);
-    if (length == 1) {
+    if (length == 4) {
+      unsigned value = 0x10000 + ((unit - 0xD800u) << 10 | (units[i + 1] - 0xDC00u));
+      out[0] = static_cast<unsigned char>(0xF0 | value >> 18);
+      out[1] = static_cast<unsigned char>(0x80 | (value >> 12 & 0x3F));
+      out[2] = static_cast<unsigned char>(0x80 | (value >> 6 & 0x3F));
+      out[3] = static_cast<unsigned char>(0x80 | (value & 0x3F));
+    } else if (length == 1) {
       out[0] = static_cast<unsigned char>(unit);
     } else if (length == 2) {
       out[0] = static_cast<unsigned char>(0xC0 | unit >> 6);

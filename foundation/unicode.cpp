@@ -19,13 +19,6 @@ struct Sink {
   int Result() const { return (target && size > 0 && count > size) ? size : count; }
 };
 
-bool IsHighSurrogate(char32_t unit) {
-  return unit >= 0xD800 && unit <= 0xDBFF;
-}
-bool IsLowSurrogate(char32_t unit) {
-  return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 void PutUtf8(Sink<char>& sink, char32_t code) {
   if (code < 0x80) {
     sink.Put(static_cast<char>(code));

@@ -10,3 +10,15 @@ int Utf8ToUtf16(const char* source, int sourceLength, char16_t* target, int targ
 
 // Length of a terminated UTF-16 string.
 int Utf16Length(const char16_t* text);
+
+inline bool IsHighSurrogate(char32_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+inline bool IsLowSurrogate(char32_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+// Units of the character that starts at units[index]: 2 for a surrogate pair, else 1. A pair is
+// one character everywhere: in the columns, the caret's moves, and every conversion.
+inline int CharacterUnits(const char16_t* units, int count, int index) {
+  return index + 1 < count && IsHighSurrogate(units[index]) && IsLowSurrogate(units[index + 1]) ? 2 : 1;
+}

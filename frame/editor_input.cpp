@@ -41,7 +41,7 @@ int PreviousColumn(const LineRecord* line, int column) {
   if (column <= 0) return 0;
   if (column > LineColumns(line)) return column - 1;
   int index = UnitIndexAtColumn(line, column);
-  return index > 0 ? ColumnOfIndex(line, index - 1) : 0;
+  return index > 0 ? ColumnOfIndex(line, PreviousCharacterIndex(line, index)) : 0;
 }
 
 int NextColumn(const LineRecord* line, int column) {

@@ -122,23 +122,26 @@ void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
     }
     char16_t unit = record->text[i];
     int width = UnitColumns(unit);
+    // A surrogate pair is drawn as the one character it is.
+    int units = CharacterUnits(record->text, record->length, i);
     int x = origin + column * cell;
     column += width;
+    i += units - 1;
     // A wide character cut by the left edge is not shown at all.
     if (column - width < view->firstColumn) continue;
     if (x >= right) break;
     if (unit == u' ') continue;
     bool selected = column - width >= selFrom && column - width < selTo;
     COLORREF colour = selected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : ClassColour(colourClass);
-    if (DrawBitmapGlyph(dc, unit, x, y, colour)) continue;
+    if (units == 1 && DrawBitmapGlyph(dc, unit, x, y, colour)) continue;
     SetTextColor(dc, colour);
     HGDIOBJ wanted = width == 2 ? g_display.hangulFont : g_display.latinFont;
     if (wanted && wanted != font) {
       SelectObject(dc, wanted);
       font = wanted;
     }
-    wchar_t glyph = static_cast<wchar_t>(unit);
-    TextOutW(dc, x, width == 2 ? y + g_display.hangulOffsetY : y, &glyph, 1);
+    wchar_t glyph[2] = {static_cast<wchar_t>(unit), static_cast<wchar_t>(record->text[i])};
+    TextOutW(dc, x, width == 2 ? y + g_display.hangulOffsetY : y, glyph, units);
   }
 }
 

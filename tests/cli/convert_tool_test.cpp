@@ -76,6 +76,24 @@ TEST_F(ConvertTool, EncodingsLineEndsAndMarks) {
   EXPECT_EQ(Output(), "x\r\n");
 }
 
+// A surrogate pair keeps its four UTF-8 bytes and its two columns (the tab behind it still
+// compresses), stays a pair in UTF-16, and is one unmappable character in EUC-KR and Johab.
+TEST_F(ConvertTool, CharactersBeyondTheBasicPlane) {
+  Input("\xF0\x9F\x98\x80\tb\n");
+  EXPECT_EQ(Run("--tab 4"), 0);
+  EXPECT_EQ(Output(), "\xF0\x9F\x98\x80\tb\n");
+  EXPECT_EQ(Run("--tab 4 --to UTF16"), 0);
+  EXPECT_EQ(Output(), std::string("\x3D\xD8\x00\xDE\t\0b\0\n\0", 10));
+  EXPECT_EQ(Run("--tab 4 --to EUCKR"), 0);
+  EXPECT_EQ(Output(), "?\tb\n");
+  EXPECT_EQ(Run("--tab 4 --to JOHAP"), 0);
+  EXPECT_EQ(Output(), "\xD9\x31\tb\n");
+  // Cut off at the end of the file: its bytes, one character each.
+  Input("ok \xF0\x9F\x98");
+  EXPECT_EQ(Run(""), 0);
+  EXPECT_EQ(Output(), "ok \xC3\xB0\xC2\x9F\xC2\x98\r\n");
+}
+
 TEST_F(ConvertTool, FailuresAndUsage) {
   Input("x\n");
   EXPECT_EQ(Run("--to LATIN1"), 2);

@@ -28,6 +28,13 @@ TEST(DetectTool, NamesTheEncodingAndTheMark) {
   EXPECT_EQ(Detect(DataPath("korean_utf16bom.txt"), &status), "UTF16 BOM\n");
   EXPECT_EQ(Detect(DataPath("korean_utf8bom.txt"), &status), "UTF8 BOM\n");
   EXPECT_EQ(Detect(DataPath("source_utf8.c"), &status), "UTF8\n");
+  // Several files: one line each, in order; an unreadable one ends the run with status 1.
+  EXPECT_EQ(Detect(DataPath("source_johab.c") + "' '" + DataPath("source_euckr.c"), &status),
+            "JOHAP\nEUCKR\n");
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(Detect(DataPath("source_utf8.c") + "' '/nonexistent' '" + DataPath("source_euckr.c"), &status),
+            "UTF8\n");
+  EXPECT_EQ(status, 1);
 }
 
 TEST(DetectTool, EmptyMissingAndBinaryFiles) {

@@ -59,6 +59,31 @@ TEST_F(DocumentFile, Utf16WithMarkAndUtf8WithMarkComeBackAsTheyWere) {
   EXPECT_EQ(Save(), "\xEF\xBB\xBF\xEA\xB0\x80\n");
 }
 
+// Beyond the Basic Multilingual Plane: four UTF-8 bytes are a surrogate pair of two columns and
+// are written back as the same four bytes; UTF-16 keeps its pairs. A sequence cut off at the end
+// of the file reads as its bytes, one unit each, and is saved as those characters.
+TEST_F(DocumentFile, CharactersBeyondTheBasicPlaneKeepTheirBytesAndTakeTwoColumns) {
+  tabAnswer = {4, true, true};
+  ASSERT_TRUE(Load("\xF0\x9F\x98\x80\tb\n\xF0\x90\x80\x80\xF4\x8F\xBF\xBF\n"));
+  EXPECT_EQ(document->encoding, UTF8);
+  EXPECT_EQ(Lines(document), (Texts{"\xF0\x9F\x98\x80  b", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"}));
+  EXPECT_EQ(LineColumns(document->lines[0]), 5);
+  EXPECT_EQ(Save(), "\xF0\x9F\x98\x80\tb\n\xF0\x90\x80\x80\xF4\x8F\xBF\xBF\n");
+
+  std::string utf16("\xFF\xFE\x3D\xD8\x00\xDE\t\0b\0\r\0\n\0", 14);
+  document->encoding = ENCODING_DETECT;
+  ASSERT_TRUE(Load(utf16, "b.txt"));
+  EXPECT_EQ(document->encoding, UTF16);
+  EXPECT_EQ(Lines(document), (Texts{"\xF0\x9F\x98\x80  b"}));
+  EXPECT_EQ(Save(), utf16);
+
+  document->encoding = ENCODING_DETECT;
+  ASSERT_TRUE(Load("ok \xF0\x9F\x98", "c.txt"));
+  EXPECT_EQ(document->encoding, UTF8);
+  EXPECT_EQ(Lines(document), (Texts{"ok \xC3\xB0\xC2\x9F\xC2\x98"}));
+  EXPECT_EQ(Save(), "ok \xC3\xB0\xC2\x9F\xC2\x98\r\n");
+}
+
 TEST_F(DocumentFile, LineEndPairsInEitherOrderAreOneLineEnd) {
   ASSERT_TRUE(Load("a\n\rb\r\rc\r\nd"));
   EXPECT_EQ(Lines(document), (Texts{"a", "b", "", "c", "d"}));
@@ -394,6 +419,33 @@ TEST_F(DocumentFile, LineRecordsHaveTheirTwoSizes) {
   EXPECT_EQ(UnitIndexAtColumn(line, 2), 1);
   EXPECT_EQ(UnitIndexAtColumn(line, 3), 2);
   EXPECT_EQ(ColumnOfIndex(line, 2), 3);
+  FreeLine(line);
+  // A surrogate pair is one character of two columns; lone surrogates are two columns each.
+  struct Columns {
+    std::u16string text;
+    int columns;
+    std::vector<int> indexAtColumn;  // for columns 0, 1, 2, ...
+  } rows[] = {
+      {u"a\U0001F600b", 4, {0, 1, 1, 3, 4}},
+      {u"\U0001F600\U0001F600", 4, {0, 0, 2, 2, 4}},
+      {u"\xD83D" u"a", 3, {0, 0, 1, 2}},
+      {u"\xDE00\xD83D", 4, {0, 0, 1, 1, 2}},
+  };
+  for (const Columns& row : rows) {
+    LineRecord* record = MakeLine(row.text.data(), static_cast<int>(row.text.size()));
+    EXPECT_EQ(LineColumns(record), row.columns) << testing::PrintToString(row.text);
+    for (size_t column = 0; column < row.indexAtColumn.size(); ++column)
+      EXPECT_EQ(UnitIndexAtColumn(record, static_cast<int>(column)), row.indexAtColumn[column])
+          << testing::PrintToString(row.text) << " column " << column;
+    FreeLine(record);
+  }
+  std::u16string pair = u"a\U0001F600b";
+  line = MakeLine(pair.data(), 4);
+  EXPECT_EQ(ColumnOfIndex(line, 3), 3);
+  EXPECT_EQ(PreviousCharacterIndex(line, 3), 1);
+  EXPECT_EQ(PreviousCharacterIndex(line, 1), 0);
+  EXPECT_EQ(CharacterUnitsAt(line, 1), 2);
+  EXPECT_EQ(CharacterUnitsAt(line, 3), 1);
   FreeLine(line);
 }
 

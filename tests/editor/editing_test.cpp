@@ -106,6 +106,32 @@ TEST_F(Editing, BackspaceStepsOverAWideCharacterAtOnce) {
   EXPECT_EQ(view.caretColumn, 1);
 }
 
+// A character beyond the Basic Multilingual Plane is a surrogate pair: typed unit by unit it
+// lands as one two-column character, and Backspace, Delete and their undo take both units.
+TEST_F(Editing, ASurrogatePairIsOneCharacterToTypeAndRemove) {
+  SetText({"ab"});
+  Caret(1, 0);
+  Type("\xF0\x9F\x98\x80");
+  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80" "b"}));
+  EXPECT_EQ(view.caretColumn, 3);
+  KeyBackspace(&view);
+  EXPECT_EQ(Lines(document), (Texts{"ab"}));
+  EXPECT_EQ(view.caretColumn, 1);
+  Undo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80" "b"}));
+  EXPECT_EQ(view.caretColumn, 3);
+  Caret(1, 0);
+  KeyDelete(&view);
+  KeyDelete(&view);
+  EXPECT_EQ(Lines(document), (Texts{"a"}));
+  Undo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80" "b"}));
+  // From the right half of the pair too.
+  Caret(2, 0);
+  KeyDelete(&view);
+  EXPECT_EQ(Lines(document), (Texts{"ab"}));
+}
+
 TEST_F(Editing, EnterIndentsLikeTheLineAboveAndUndoesAsOne) {
   SetText({"    if (x) y;"});
   Caret(11, 0);

@@ -7,6 +7,7 @@
 
 #include "encoding/johab.h"
 #include "encoding/johab_special.h"
+#include "encoding/johab_symbols.h"
 #include "encoding/line_convert.h"
 #include "tests/support/klib_test.h"
 
@@ -106,9 +107,17 @@ TEST_F(EncodingConformance, SyllablesBothWaysInJohabAndEucKr) {
     ASSERT_EQ(UnicodeToJohab(static_cast<char16_t>(units[i]), 0), johab[i]) << std::hex << units[i];
     if (!IsBoxCode(johab[i])) ASSERT_EQ(JohabToUnicode(johab[i], 0), units[i]) << std::hex << johab[i];
   }
+  // The detection's bit set of the syllables KS X 1001 codes: those with two bytes from 0xA1 up.
+  std::vector<unsigned> eucKr = Codes(kSyllableEucKr);
+  int wrongBits = 0;
+  for (size_t i = 0; i < units.size(); ++i) {
+    bool ks = (eucKr[i] >> 8) >= 0xA1 && (eucKr[i] & 0xFF) >= 0xA1;
+    wrongBits += ks != ((kKsSyllableBits[i / 32] >> (i % 32) & 1u) != 0);
+  }
+  EXPECT_EQ(wrongBits, 0);
   std::u16string line = Units(units);
   std::string expectedJohab = PairBytes(johab);
-  std::string expectedEucKr = PairBytes(Codes(kSyllableEucKr));
+  std::string expectedEucKr = PairBytes(eucKr);
   EXPECT_EQ(FirstDifference(ToJohab(line), expectedJohab), expectedJohab.size());
   std::u16string read = ExpectedFromJohab(line, johab);
   EXPECT_EQ(FirstDifference(FromJohab(expectedJohab), read), read.size());
@@ -162,6 +171,23 @@ TEST_F(EncodingConformance, HanjaBothWays) {
   EXPECT_EQ(FirstDifference(ToEucKr(line), eucKr), eucKr.size());
   EXPECT_EQ(FirstDifference(FromEucKr(eucKr), line), line.size());
   EXPECT_EQ(FirstDifference(FromJohab(PairBytes(johab)), line), line.size());
+}
+
+// Below the symbol rows a code is a Johab code exactly when the mapping knows it (or it is one of
+// the box codes); above, every mapped symbol and hanja is one.
+TEST_F(EncodingConformance, JohabCodesAreTheMappedOnes) {
+  std::vector<bool> mapped(0x10000);
+  for (unsigned code : Codes(kSyllableJohab)) mapped[code] = true;
+  for (unsigned code : Codes(kLetterJohab)) mapped[code] = true;
+  for (int i = 0; i < kJohabSpecialCount; ++i) mapped[kJohabSpecials[i].code] = true;
+  int wrong = 0;
+  for (unsigned code = 0x8000; code <= 0xD8FF; ++code) wrong += IsJohabCode(code) != mapped[code];
+  EXPECT_EQ(wrong, 0);
+  int unknown = 0;
+  for (unsigned code : Codes(kSymbolJohab)) unknown += !IsJohabCode(code);
+  for (unsigned code : Codes(kHanjaJohab)) unknown += !IsJohabCode(code);
+  EXPECT_EQ(unknown, 0);
+  for (unsigned code : {0xD930u, 0xD97Fu, 0xD990u, 0xDF31u, 0xE0FFu, 0xFA31u}) EXPECT_FALSE(IsJohabCode(code)) << std::hex << code;
 }
 
 unsigned Crc32(const std::string& bytes) {

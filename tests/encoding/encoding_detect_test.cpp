@@ -25,6 +25,17 @@ bool EucKr(const std::string& bytes) {
 bool Johab(const std::string& bytes) {
   return DetectJohab(bytes.data(), static_cast<int>(bytes.size()));
 }
+bool Prefers(const std::string& bytes) {
+  return PrefersJohab(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+// What opening the bytes would choose; the loader reads files into aligned blocks, and so does
+// this copy.
+int Opened(const char* bytes, int length, int* bom) {
+  std::u16string aligned((length + 1) / 2, u'\0');
+  std::memcpy(&aligned[0], bytes, static_cast<size_t>(length));
+  return DetectTextEncoding(reinterpret_cast<const char*>(aligned.data()), length, EUCKR, bom);
+}
 
 TEST(EncodingDetect, Utf16NeedsNinetyPercentRounded) {
   EXPECT_FALSE(Utf16(u""));
@@ -101,9 +112,8 @@ TEST(EncodingDetect, RealKoreanTextInEveryEncoding) {
       {"korean_utf16bom.txt", UTF16, 2}, {"korean_utf8bom.txt", UTF8, 3},
       {"source_euckr.c", EUCKR, 0},     {"source_utf8.c", UTF8, 0},
       {"source_utf16.c", UTF16, 0},     {"boxes_johab.txt", JOHAP, 0},
-      // Two Korean comments in ASCII-heavy Johab happen to use only trails that EUC-KR allows,
-      // and the EUC-KR test comes first.
-      {"source_johab.c", EUCKR, 0},
+      // Two Korean comments in ASCII-heavy Johab pass the EUC-KR test as well.
+      {"source_johab.c", JOHAP, 0},
   };
   for (const Expected& want : expected) {
     const DetectSample* sample = nullptr;
@@ -111,15 +121,61 @@ TEST(EncodingDetect, RealKoreanTextInEveryEncoding) {
       if (std::string(candidate.name) == want.name) sample = &candidate;
     }
     ASSERT_NE(sample, nullptr) << want.name;
-    // The loader reads files into aligned blocks; so does this copy.
-    std::u16string aligned((sample->length + 1) / 2, u'\0');
-    std::memcpy(&aligned[0], sample->bytes, static_cast<size_t>(sample->length));
     int bom = -1;
-    EXPECT_EQ(DetectTextEncoding(reinterpret_cast<const char*>(aligned.data()), sample->length, EUCKR, &bom),
-              want.encoding)
-        << want.name;
+    EXPECT_EQ(Opened(sample->bytes, sample->length, &bom), want.encoding) << want.name;
     EXPECT_EQ(bom, want.bom) << want.name;
   }
+}
+
+// Each line alone: EUC-KR stays EUC-KR, Johab is Johab wherever its own test passes, also when
+// the EUC-KR test passes too (most Johab lines). Forum slang in the code page's extra syllables
+// passes both tests and reads as rare Johab syllables: it stays EUC-KR.
+TEST(EncodingDetect, KoreanLinesAloneInBothEncodings) {
+  int bothPass = 0;
+  for (const DetectLine& line : kDetectLines) {
+    std::string bytes(line.bytes, static_cast<size_t>(line.length));
+    int bom = -1;
+    int opened = Opened(line.bytes, line.length, &bom);
+    if (line.written == EUCKR) {
+      EXPECT_EQ(opened, EUCKR) << line.name;
+    } else {
+      EXPECT_EQ(opened, Johab(bytes) ? JOHAP : EUCKR) << line.name;
+      if (EucKr(bytes) && Johab(bytes)) ++bothPass;
+    }
+  }
+  EXPECT_GE(bothPass, 20);
+  const DetectLine& slang = kDetectLines[sizeof kDetectLines / sizeof kDetectLines[0] - 1];
+  std::string bytes(slang.bytes, static_cast<size_t>(slang.length));
+  ASSERT_TRUE(EucKr(bytes) && Johab(bytes)) << slang.name;
+  EXPECT_FALSE(Prefers(bytes));
+}
+
+TEST(EncodingDetect, JohabNeedsFourPairsNineInTenEveryday) {
+  const std::string hangul = "\xD0\x65\x8B\x69\xCC\x61\xB7\xA9";  // 한글파일 in Johab
+  const std::string nine = "\x88\x61\x90\x61\x94\x61\x9C\x61\xA0\x61\xA4\x61\xAC\x61\xB4\x61\xB8\x61";
+  const std::string rare = "\xC1\x64";  // a syllable that KS X 1001 leaves out
+  const std::string box(20, '\xC4');
+  struct Case {
+    std::string bytes;
+    bool johab;
+  } cases[] = {
+      {hangul, true},
+      {hangul.substr(0, 6), false},                   // three pairs are too few
+      {hangul.substr(0, 6) + rare, false},            // three in four everyday
+      {nine + rare, true},                            // nine in ten
+      {nine.substr(2) + rare, false},                 // eight in nine
+      {box + hangul.substr(0, 6) + box, false},       // box pairs count neither way
+      {box + hangul + box, true},
+      {hangul + "\x88\x42", false},                   // a letter with a final but no vowel
+      {hangul + "\xD9\x7F", false},                   // between the symbol rows' halves
+      {hangul + "\xD9", false},                        // a lead at the end
+      {hangul + "\xD9\x31\xE0\x31 a \x88\x41", true},  // a symbol, a hanja, a lone letter
+  };
+  for (const Case& c : cases) EXPECT_EQ(Prefers(c.bytes), c.johab) << testing::PrintToString(c.bytes);
+  int bom = -1;
+  EXPECT_TRUE(EucKr(hangul) && Johab(hangul));
+  EXPECT_EQ(Opened(hangul.data(), static_cast<int>(hangul.size()), &bom), JOHAP);
+  EXPECT_EQ(Opened(hangul.data(), 4, &bom), EUCKR);
 }
 
 TEST(EncodingNames, ExactNamesOnly) {

@@ -7,7 +7,9 @@ page, UTF-8) with Python's codecs:
     boxes_johab.txt         a DOS screen in Johab: box lines of doubled 0xC4/0xDB/0xDF/0xDC bytes
                             around a few lines of the prose
 and the same bytes as C++ literals in detect_samples.inc for the unit tests, which run under Wine
-too, away from the source tree.
+too, away from the source tree. The .inc also holds, without files, every line of the prose with
+at least 10 syllables alone, in EUC-KR and in Johab, and a line of code page 949's extra
+syllables that passes the Johab test too (the slang of Korean forums).
 
     python3 tests/encoding/gen_detect_samples.py
 """
@@ -18,6 +20,8 @@ ENCODINGS = {"euckr": "euc_kr", "johab": "johab", "utf8": "utf-8", "utf16": "utf
 
 
 SAMPLES = []
+LINES = []  # (name, encoding number as the program numbers them, bytes)
+JOHAP, EUCKR = 1, 2
 
 
 def write(name, data):
@@ -35,6 +39,13 @@ def emit_literals():
         for i in range(0, len(data), 40):
             out.append('     "%s"' % "".join("\\x%02x" % b for b in data[i:i + 40]))
         out.append("     , %d}," % len(data))
+    out.append("};")
+    out += ["", "// Lines alone; `written` is the encoding they were written in (JOHAP 1, EUCKR 2).",
+            "struct DetectLine {", "  const char* name;", "  int written;", "  const char* bytes;",
+            "  int length;", "};", "const DetectLine kDetectLines[] = {"]
+    for name, written, data in LINES:
+        literal = "".join("\\x%02x" % b for b in data)
+        out.append('    {"%s", %d, "%s", %d},' % (name, written, literal, len(data)))
     out.append("};")
     with open(os.path.join(os.path.dirname(HERE), "detect_samples.inc"), "w") as f:
         f.write("\n".join(out) + "\n")
@@ -61,6 +72,11 @@ def main():
         screen.append(b"\xb3 " + line.encode("johab") + b"\r\n" + b"\xc4" * 78)
     screen.append(box)
     write("boxes_johab.txt", b"\r\n".join(screen) + b"\r\n")
+    for number, line in enumerate(lines):
+        if sum(1 for c in line if "\uac00" <= c <= "\ud7a3") >= 10:
+            LINES.append(("line %d euc_kr" % number, EUCKR, line.encode("euc_kr") + b"\n"))
+            LINES.append(("line %d johab" % number, JOHAP, line.encode("johab") + b"\n"))
+    LINES.append(("slang cp949", EUCKR, "햏햏 똠방 쌰쌰 햣햣".encode("cp949") + b"\n"))
     emit_literals()
 
 

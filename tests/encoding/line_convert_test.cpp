@@ -109,30 +109,76 @@ TEST_F(LineConvert, JohabWriterIsBoundedAndTerminated) {
   EXPECT_EQ(Utf16LineToJohabCount(line.data(), 3), 5);
 }
 
-TEST_F(LineConvert, Utf8OldFormsAndSurrogates) {
-  EXPECT_EQ(DecodeUtf8("A\xEA\xB0\x80\xC3\xA9"), u"A가é");
-  // Surrogates are written unit by unit, three bytes each, and read back the same way.
-  std::u16string pair = u"\xD83D\xDE00";
-  EXPECT_EQ(EncodeUtf8(pair), "\xED\xA0\xBD\xED\xB8\x80");
-  EXPECT_EQ(DecodeUtf8("\xED\xA0\xBD\xED\xB8\x80"), pair);
-  // A four-byte sequence is one unit; so are the old five- and six-byte forms.
-  EXPECT_EQ(DecodeUtf8("\xF0\x9F\x98\x80").size(), 1u);
-  EXPECT_EQ(DecodeUtf8("\xF8\x88\x80\x80\x80z").size(), 2u);
-  EXPECT_EQ(DecodeUtf8("\xFC\x84\x80\x80\x80\x80z").size(), 2u);
-  // Data that ends inside a sequence, and bytes that cannot lead.
-  EXPECT_EQ(DecodeUtf8("a\xEA\xB0").size(), 2u);
-  EXPECT_EQ(DecodeUtf8("\x80\xFF"), std::u16string(u"\x80\xFF"));
-  // ASCII spelt the long way is not read as ASCII: no line end can hide inside a line.
-  EXPECT_EQ(DecodeUtf8("\xC0\x8A*"), std::u16string(u"\xC0\x8A*"));
-  EXPECT_EQ(DecodeUtf8("\xE0\x80\x8D"), std::u16string(u"\xE0\x80\x8D"));
-  EXPECT_EQ(EncodeUtf8(u"\x7F\x80\u07FF\u0800\uFFFF"), "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF");
+TEST_F(LineConvert, Utf8OldFormsPairsAndBrokenSequences) {
+  struct Case {
+    std::string bytes;
+    std::u16string units;
+  } reads[] = {
+      {"A\xEA\xB0\x80\xC3\xA9", u"A가é"},
+      // Four bytes beyond the Basic Multilingual Plane are a surrogate pair, up to U+10FFFF.
+      {"\xF0\x9F\x98\x80", u"\U0001F600"},
+      {"\xF0\x90\x80\x80|\xF4\x8F\xBF\xBF", u"\U00010000|\U0010FFFF"},
+      // Surrogates written unit by unit, three bytes each, read back as the pair they spell.
+      {"\xED\xA0\xBD\xED\xB8\x80", u"\U0001F600"},
+      // Beyond U+10FFFF, the old five- and six-byte forms included: one replacement character.
+      {"\xF4\x90\x80\x80z", u"\uFFFDz"},
+      {"\xF8\x88\x80\x80\x80z", u"\uFFFDz"},
+      {"\xFC\x84\x80\x80\x80\x80z", u"\uFFFDz"},
+      // A sequence cut short by the end or by a byte that does not continue it: every byte of it
+      // stands for itself, and the byte that cut it is read afresh.
+      {"a\xF0\x9F\x98", u"a\u00F0\u009F\u0098"},
+      {"\xF0\x9F\x98z\xF0\x9F\x98\x80", u"\u00F0\u009F\u0098z\U0001F600"},
+      {"\xF0\x9F\xEA\xB0\x80", u"\u00F0\u009F가"},
+      {"a\xEA\xB0", u"a\u00EA\u00B0"},
+      // Bytes that cannot lead; ASCII spelt the long way is not read as ASCII, so that no line
+      // end can hide inside a line.
+      {"\x80\xFF", u"\u0080\u00FF"},
+      {"\xC0\x8A*", u"\u00C0\u008A*"},
+      {"\xF0\x80\x80\x8D", u"\u00F0\u0080\u0080\u008D"},
+  };
+  for (const Case& c : reads) EXPECT_EQ(DecodeUtf8(c.bytes), c.units) << testing::PrintToString(c.bytes);
+  Case writes[] = {
+      {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF", u"\x7F\x80\u07FF\u0800\uFFFF"},
+      {"\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF", u"\U0001F600\U0010FFFF"},
+      // A lone surrogate, or two the wrong way round, is written as the unit it is.
+      {"\xED\xA0\xBD" "a\xED\xB8\x80", u"\xD83D" u"a\xDE00"},
+      {"\xED\xB8\x80\xED\xA0\xBD", u"\xDE00\xD83D"},
+  };
+  for (const Case& c : writes) {
+    EXPECT_EQ(EncodeUtf8(c.units), c.bytes);
+    EXPECT_EQ(DecodeUtf8(c.bytes), c.units) << "reads back as written";
+  }
 }
 
-TEST_F(LineConvert, Utf8WriterStopsBeforeASplitCharacter) {
+TEST_F(LineConvert, Utf8WriterAndReaderKeepCharactersWhole) {
   std::u16string line = u"a가";
-  char bytes[3] = {'#', '#', '#'};
+  char bytes[4] = {'#', '#', '#', '#'};
   EXPECT_EQ(Utf16LineToUtf8(line.data(), 2, bytes, 3), 1);
   EXPECT_EQ(bytes[1], '#');
+  line = u"a\U0001F600";
+  EXPECT_EQ(Utf16LineToUtf8(line.data(), 3, bytes, 4), 1);
+  EXPECT_EQ(bytes[1], '#');
+  char16_t units[2] = {u'#', u'#'};
+  EXPECT_EQ(Utf8LineToUtf16("a\xF0\x9F\x98\x80", 5, units, 2), 1);
+  EXPECT_EQ(units[1], u'#');
+}
+
+// Neither Korean code has a character beyond the Basic Multilingual Plane: a pair is one
+// unmappable character, replaced once as Python's codecs replace it, not once for each unit.
+TEST_F(LineConvert, PairsAreOneUnmappableCharacterInTheKoreanCodes) {
+  std::u16string line = u"a\U0001F600b\U0001F600\U0001F600";
+  int count = static_cast<int>(line.size());
+  EXPECT_EQ(EncodeJohab(line, 16), "a\xD9\x31" "b\xD9\x31\xD9\x31");
+  EXPECT_EQ(Utf16LineToJohabCount(line.data(), count), 8);
+  char bytes[8] = {};
+  EXPECT_EQ(Utf16LineToEucKrCount(line.data(), count), 5);
+  ASSERT_EQ(Utf16LineToEucKr(line.data(), count, bytes, sizeof bytes), 5);
+  EXPECT_EQ(std::string(bytes, 5), "a?b??");
+  // A short target gets what fits.
+  EXPECT_EQ(Utf16LineToEucKr(line.data(), count, bytes, 3), 3);
+  EXPECT_EQ(Utf16LineToEucKr(line.data(), count, bytes, 1), 1);
+  // A lone surrogate is an ordinary unmappable unit.
+  EXPECT_EQ(EncodeJohab(u"\xD83D" u"a", 8), "\xD9\x31" "a");
 }
 
 TEST_F(LineConvert, EucKrThroughTheKoreanCodePage) {
