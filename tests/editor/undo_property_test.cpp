@@ -61,15 +61,24 @@ class UndoProperty : public EditorTest {
     for (int lines = Pick(8) + 1; lines > 0; --lines) {
       std::u16string line(static_cast<size_t>(Pick(4)), u' ');
       for (int n = Pick(12); n > 0; --n)
-        line += RandomUnit();
+        line += Pick(16) ? std::u16string(1, RandomUnit()) : std::u16string(u"\U0001F600");
       AppendUtf16Line(document, line.data(), static_cast<int>(line.size()));
     }
+  }
+
+  // Steps back from the second half of a surrogate pair: the caret never stands inside one.
+  static int Boundary(const LineRecord* record, int index) {
+    if (index > 0 && index < LineLength(record) && record->text[index] >= 0xDC00 &&
+        record->text[index] <= 0xDFFF && record->text[index - 1] >= 0xD800 &&
+        record->text[index - 1] <= 0xDBFF)
+      --index;
+    return index;
   }
 
   // A column on a character boundary of `line`, sometimes behind its end.
   int RandomColumn(int line) {
     const LineRecord* record = DocumentLine(document, line);
-    int index = Pick(LineLength(record) + 1);
+    int index = Boundary(record, Pick(LineLength(record) + 1));
     int column = ColumnOfIndex(record, index);
     return Pick(6) == 0 ? column + Pick(4) : column;
   }
@@ -95,9 +104,11 @@ class UndoProperty : public EditorTest {
   void ReplaceSomething() {
     const LineRecord* line = DocumentLine(document, Pick(document->lineCount ? document->lineCount : 1));
     if (LineLength(line) == 0) return;
-    int from = Pick(LineLength(line));
-    int length = Pick(3) + 1;
-    if (from + length > LineLength(line)) length = LineLength(line) - from;
+    int from = Boundary(line, Pick(LineLength(line)));
+    int to = Boundary(line, from + Pick(3) + 1 < LineLength(line) ? from + Pick(3) + 1
+                                                                    : LineLength(line));
+    int length = to - from;
+    if (length <= 0) return;
     SearchRequest request = {};
     request.mode = 1;
     request.caseSensitive = Pick(2);
@@ -119,8 +130,12 @@ class UndoProperty : public EditorTest {
     log_ += std::to_string(action) + "@" + std::to_string(view.caretColumn) + "," +
             std::to_string(view.caretLine) + " ";
     switch (action) {
-      case 0: case 1: case 2: case 3: case 4:
+      case 0: case 1: case 2: case 3:
         TypeCharacter(&view, RandomUnit());
+        break;
+      case 4:  // a character beyond the BMP comes as its two halves
+        TypeCharacter(&view, 0xD83D);
+        TypeCharacter(&view, static_cast<char16_t>(0xDE00 + Pick(64)));
         break;
       case 5: KeyEnter(&view); break;
       case 6: KeyBackspace(&view); break;
