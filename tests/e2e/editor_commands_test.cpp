@@ -351,6 +351,65 @@ TEST(EditorCommands, FindAndReplaceKeepTheirHistories) {
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
+// Undo gives back exactly what was there: an un-indent of lines with fewer blanks than the
+// shift, a case-insensitive replace-all that met three spellings (one Ctrl+Z), and typing taken
+// back a line at a time. Find upward finds the word above the caret.
+TEST(EditorCommands, UndoGivesBackTheExactText) {
+  const std::string original = "Name\r\n  name\r\nNAME\r\n";
+  Scenario scenario(L"commands-undo", L"undo.c", original);
+  ASSERT_TRUE(scenario.Start());
+  Chord({VK_CONTROL}, 'A');
+  Chord({VK_SHIFT}, VK_TAB);
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), "Name\r\nname\r\nNAME\r\n");
+  Chord({VK_CONTROL}, 'Z');
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), original);
+
+  Chord({VK_CONTROL}, 'H');
+  HWND replace = Dialog(scenario, L"바꾸기", L"undo-replace");
+  ASSERT_NE(replace, nullptr);
+  TypeText(L"name");
+  Press(VK_TAB);
+  TypeText(L"id");
+  Chord({VK_MENU}, 'B');
+  Chord({VK_MENU}, 'A');
+  EXPECT_TRUE(WaitUntilGone(replace));
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), "id\r\n  id\r\nid\r\n");
+  Chord({VK_CONTROL}, 'Z');
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), original);
+
+  // Upward from the end of the text: the last "name" first, then the one above it.
+  Chord({VK_CONTROL}, VK_END);
+  Chord({VK_CONTROL}, 'F');
+  HWND find = Dialog(scenario, L"찾기", L"find-upward");
+  ASSERT_NE(find, nullptr);
+  TypeText(L"name");
+  Chord({VK_MENU}, 'U');
+  Chord({VK_MENU}, 'R');
+  Press(VK_RETURN);
+  EXPECT_TRUE(WaitUntilGone(find));
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 5, Ln 3");
+  Press(VK_F3);
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 7, Ln 2");
+
+  // Three typed lines, one Ctrl+Z: only the last goes.
+  Chord({VK_CONTROL}, VK_HOME);
+  TypeText(L"x");
+  Press(VK_RETURN);
+  TypeText(L"y");
+  Press(VK_RETURN);
+  TypeText(L"z");
+  Chord({VK_CONTROL}, 'Z');
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), "x\r\ny\r\nName\r\n  name\r\nNAME\r\n");
+  EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
+}
+
 // Go to line: a number moves the caret to the line's start, clamped to the last line; an empty
 // document asks nothing.
 TEST(EditorCommands, GoToLine) {
