@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "editor/current_folder.h"
+#include "foundation/os_path.h"
 #include "foundation/formatter.h"
 
 namespace {
@@ -36,7 +36,7 @@ int PrintToolMessage(void* command, const char* text, unsigned flags) {
 bool AbsoluteToolPath(const char* path, char* target, int size) {
   bool absolute = path[0] == '/' || path[0] == '\\' || (path[0] && path[1] == ':');
   char current[kFolderSize] = "";
-  if (!absolute && CurrentFolder(current, sizeof current) == 0) return false;
+  if (!absolute && OsCurrentFolder(current, sizeof current) == 0) return false;
   size_t length = strlen(current);
   const char* separator = absolute || (length && current[length - 1] == '/') ? "" : "/";
   if (FormatStr(target, size, "%s%s%s", current, separator, path) > size) return false;

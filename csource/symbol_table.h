@@ -4,6 +4,8 @@
 #pragma once
 #include <cstdint>
 
+#include "foundation/os_text_order.h"
+
 enum SymbolKind : uint32_t {
   kSymbolTypedef = 0,
   kSymbolFunction = 1,
@@ -64,6 +66,8 @@ SymbolRecord* FindSymbol(const SymbolTable* table, const char* name, int length,
 bool RemoveSymbol(SymbolTable* table, const char* name, uint32_t kind);
 void FreeSymbolTable(SymbolTable* table);
 
-// The order of names: the system's case-sensitive string comparison (lstrcmpA on Windows, byte
-// order elsewhere). `length` bytes of `name` against a terminated `other`.
-int CompareSymbolName(const char* name, int length, const char* other);
+// The order of names: the system's string order (foundation/os_text_order.h), the same on every
+// build. `length` bytes of `name` against a terminated `other`.
+inline int CompareSymbolName(const char* name, int length, const char* other) {
+  return OsCompareText(name, length, other);
+}

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "editor/current_folder.h"
+#include "foundation/os_path.h"
 #include "editor/undo.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
@@ -29,7 +29,7 @@ EditDocument* NewDocument() {
   EditDocument* document = AllocDocument();
   if (!document) return nullptr;
   char folder[kPathSize];
-  int length = CurrentFolder(folder, sizeof folder);
+  int length = OsCurrentFolder(folder, sizeof folder);
   if (length > 0 && folder[length - 1] != '/') FormatStr(folder + length, kPathSize - length, "/");
   ++g_untitledCounter;
   FormatStr(document->path, sizeof document->path, "%sNoName%02d.cpp", folder, g_untitledCounter);

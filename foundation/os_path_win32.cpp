@@ -1,6 +1,9 @@
 #include "foundation/os_path.h"
 
+#include <direct.h>
 #include <windows.h>
+
+#include "foundation/unicode.h"
 
 extern const char kOsPathSeparator = '\\';
 
@@ -23,4 +26,20 @@ void OsClearReadOnly(const char* systemPath) {
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
     SetFileAttributesA(systemPath, attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
   }
+}
+
+int OsCurrentFolder(char* buffer, int size) {
+  if (size <= 0) return 0;
+  buffer[0] = 0;
+  wchar_t wide[1024];
+  if (!_wgetcwd(wide, 1024)) return 0;
+  int length = Utf16ToUtf8(reinterpret_cast<const char16_t*>(wide), -1, buffer, size - 1);
+  if (length <= 0 || length >= size) {
+    buffer[0] = 0;
+    return 0;
+  }
+  buffer[length] = 0;
+  for (int i = 0; i < length; ++i)
+    if (buffer[i] == '\\') buffer[i] = '/';
+  return length;
 }
