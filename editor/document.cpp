@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "editor/undo_record.h"
 #include "foundation/os_path.h"
-#include "editor/undo.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
 
@@ -16,7 +16,6 @@ EditDocument* AllocDocument() {
   auto* document = static_cast<EditDocument*>(AllocMem(sizeof(EditDocument), kOwnerDocument));
   if (!document) return nullptr;
   memset(document, 0, sizeof *document);
-  document->count = 1;
   document->scrollScale = 1;
   for (BookmarkPosition& mark : document->bookmarks)
     mark = {-1, -1};

@@ -19,8 +19,6 @@ struct EditDocument {
   LineRecord** lines;
   int32_t lineCount;
   int32_t lineCapacity;
-  int32_t count;  // 1 on creation
-  int32_t flag;   // cleared after each load
   int32_t scrollScale;
   uint8_t encoding;  // TextEncoding; 0 = detect on the next load
   uint8_t tabSize;   // 0 = not known: no compression on save

@@ -145,7 +145,6 @@ void FinishLoad(EditorView* view) {
   if (!document->keepTabSize) document->tabSize = 0;
   MarkDocumentSaved(document);
   document->untitled = 0;
-  document->flag = 0;
   view->caretColumn = view->caretLine = view->firstColumn = view->firstLine = 0;
   CollapseSelection(view);
   RestoreFileState(view);

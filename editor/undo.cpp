@@ -62,11 +62,6 @@ bool AddPosition(UndoRecord* record, int column, int line) {
   return true;
 }
 
-void FreeRecord(UndoRecord* record) {
-  FreeMem(record->text);
-  FreeMem(record->positions);
-  FreeMem(record);
-}
 
 // Length of the NUL-terminated string at `units` within `count`.
 int PartLength(const char16_t* units, int count) {
@@ -582,13 +577,6 @@ void ClearRedo(EditDocument* document) {
   document->redoList = nullptr;
 }
 
-void FreeUndoList(UndoRecord* list) {
-  while (list) {
-    UndoRecord* next = list->next;
-    FreeRecord(list);
-    list = next;
-  }
-}
 
 bool BeginLinesChange(EditorView* view, int first, int last, LinesChange* change) {
   EditDocument* document = view->document;

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "foundation/formatter.h"
-#include "foundation/library.h"
 #include "foundation/memory.h"
 #include "foundation/os_heap.h"
 #include "foundation/os_lock.h"
@@ -33,6 +32,8 @@ struct CachedString {
   char text[1];
 };
 CachedString* g_cache = nullptr;
+// Guards the cache: GetStr may be called from the serial port's thread too.
+OsLock g_stringCacheLock;
 
 int HexValue(char c) {
   if (c >= '0' && c <= '9') return c - '0';
@@ -220,7 +221,7 @@ const char* LanguageTextByName(const char* name) {
 const char* GetStr(int id) {
   const char* translated = LanguageText(kLanguageStringBase + id);
   if (*translated) return translated;
-  LockGuard guard(StringCacheLock());
+  LockGuard guard(&g_stringCacheLock);
   if (const char* cached = CachedText(id)) return cached;
   char16_t* wide = static_cast<char16_t*>(AllocMem(kResourceStringSize * 2, kOwnerLanguageLoad));
   char* text = static_cast<char*>(AllocMem(kResourceStringSize * 3, kOwnerLanguageLoad));
@@ -239,10 +240,20 @@ const char* GetStr(int id) {
   return result;
 }
 
+void StartStringCache() {
+  OsCreateLock(&g_stringCacheLock);
+}
+
 void FreeStringCache() {
+  LockGuard guard(&g_stringCacheLock);
   while (g_cache) {
     CachedString* next = g_cache->next;
     FreeMem(g_cache);
     g_cache = next;
   }
+}
+
+void StopStringCache() {
+  FreeStringCache();
+  OsDeleteLock(&g_stringCacheLock);
 }

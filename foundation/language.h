@@ -16,7 +16,11 @@ const char* LanguageTextByName(const char* name);
 // The text of string `id`: the language's entry 50000 + id, else the string table's text (cached),
 // else "(<id>)". Never null.
 const char* GetStr(int id);
-// Frees the cached texts (library shutdown, under the cache lock).
+// The cache of string-table texts and its lock: made when the library starts, freed when it
+// stops.
+void StartStringCache();
+void StopStringCache();
+// Empties the cache (texts are read again from the string table when asked for).
 void FreeStringCache();
 
 // Decodes one line of a language file in place: false for a comment or a line without a key.

@@ -4,7 +4,6 @@
 #include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/modeless.h"
-#include "foundation/os_lock.h"
 #include "foundation/os_window.h"
 #include "foundation/settings.h"
 
@@ -12,9 +11,6 @@ namespace {
 
 void* g_instance = nullptr;
 void* g_resourceInstance = nullptr;
-// The resource-string cache lock, and a third lock that only lives as long as the library.
-OsLock g_stringCacheLock;
-OsLock g_spareLock;
 
 }  // namespace
 
@@ -22,8 +18,7 @@ void InitKLib(void* instance, void* resourceInstance) {
   if (IsMemoryManagerReady()) return;
   g_instance = instance;
   g_resourceInstance = resourceInstance;
-  OsCreateLock(&g_stringCacheLock);
-  OsCreateLock(&g_spareLock);
+  StartStringCache();
   StartMemoryManager();
   InitSettingsPaths();
   DestroyModelessDialogs();
@@ -34,16 +29,11 @@ int CloseKLib() {
   if (!IsMemoryManagerReady()) return 0;
   OsDeleteLibraryAtoms();
   DestroyModelessDialogs();
-  {
-    LockGuard guard(&g_stringCacheLock);
-    FreeStringCache();
-  }
-  OsDeleteLock(&g_stringCacheLock);
+  StopStringCache();
   UnloadLanguage();
   int leaked = CheckMemLeak();
   if (leaked) ScreenNote("MemLeak=%d", leaked);
   StopMemoryManager();
-  OsDeleteLock(&g_spareLock);
   return leaked;
 }
 
@@ -52,8 +42,4 @@ void* KLibInstance() {
 }
 void* KLibResourceInstance() {
   return g_resourceInstance;
-}
-
-OsLock* StringCacheLock() {
-  return &g_stringCacheLock;
 }

@@ -8,8 +8,4 @@ void InitKLib(void* instance, void* resourceInstance);
 int CloseKLib();
 
 void* KLibInstance();
-
-struct OsLock;
-// Guards the cache of string-table texts.
-OsLock* StringCacheLock();
 void* KLibResourceInstance();
