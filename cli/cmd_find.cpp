@@ -1,6 +1,6 @@
 // quill-tool find: a search or a replacement in a file opened as the editor opens it, run from the
-// top as the find and replace dialogs run it with "from the top"; a replaced file is saved as the
-// editor saves it.
+// top (from the end with --up) as the find and replace dialogs run it with "from the top"; a
+// replaced file is saved as the editor saves it.
 #include <cstdio>
 #include <cstring>
 
@@ -17,6 +17,7 @@ struct FindOptions {
   bool caseSensitive = false;
   bool wholeWord = false;
   bool all = false;
+  bool up = false;
   const char* replacement = nullptr;
   const char* file = nullptr;
   const char* pattern = nullptr;
@@ -31,12 +32,16 @@ bool ParseOptions(int argc, char** argv, FindOptions* options) {
       options->wholeWord = true;
     else if (strcmp(argv[i], "--all") == 0)
       options->all = true;
+    else if (strcmp(argv[i], "--up") == 0)
+      options->up = true;
     else if (strcmp(argv[i], "--replace") == 0 && i + 1 < argc)
       options->replacement = argv[++i];
     else
       return false;
   }
-  if (argc - i != 2 || (options->all && !options->replacement)) return false;
+  if (argc - i != 2 || (options->all && !options->replacement) ||
+      (options->up && options->replacement))
+    return false;
   options->file = argv[i];
   options->pattern = argv[i + 1];
   return true;
@@ -59,7 +64,7 @@ int RunFindCommand(int argc, char** argv) {
   FindOptions options;
   if (!ParseOptions(argc, argv, &options) || !options.pattern[0]) return kExitUsage;
   SearchRequest request = {};
-  request.direction = 1;
+  request.direction = options.up ? 0 : 1;  // upward runs from the end of the text
   request.mode = options.replacement ? 1 : 0;
   request.caseSensitive = options.caseSensitive;
   request.wholeWord = options.wholeWord;

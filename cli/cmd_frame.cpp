@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "cli/tool.h"
+#include "encoding/text_encoding.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
 #include "frame/bitmap_font.h"
@@ -55,6 +56,26 @@ int RunStatus(int argc, char** argv) {
   FormatCursorStatus(column, line, text, sizeof text);
   PrintLine(text);
   PrintLine(ModifiedStatus(modified));
+  return kExitOk;
+}
+
+// The encoding part: "format ENCODING [--bom] [--lf]" with one of the four encoding names.
+int RunFormat(int argc, char** argv) {
+  if (argc < 1) return kExitUsage;
+  int encoding = ParseEncodingName(argv[0], 0);
+  if (!encoding) return kExitUsage;
+  bool mark = false, lfOnly = false;
+  for (int i = 1; i < argc; ++i) {
+    if (strcmp(argv[i], "--bom") == 0)
+      mark = true;
+    else if (strcmp(argv[i], "--lf") == 0)
+      lfOnly = true;
+    else
+      return kExitUsage;
+  }
+  char text[40];
+  FormatFileFormatStatus(encoding, mark, lfOnly, text, sizeof text);
+  PrintLine(text);
   return kExitOk;
 }
 
@@ -141,6 +162,7 @@ int RunFrameCommand(int argc, char** argv) {
   const char* what = argv[0];
   if (strcmp(what, "cmdline") == 0) return RunCmdline(argc - 1, argv + 1);
   if (strcmp(what, "status") == 0) return RunStatus(argc - 1, argv + 1);
+  if (strcmp(what, "format") == 0) return RunFormat(argc - 1, argv + 1);
   if (strcmp(what, "menu") == 0) return RunMenu(argc - 1, argv + 1);
   if (strcmp(what, "command") == 0) return RunCommand(argc - 1, argv + 1);
   if (strcmp(what, "session") == 0) return RunSession(argc - 1, argv + 1);

@@ -9,7 +9,7 @@
 #include "csource/parse_source.h"
 #include "csource/preprocessor.h"
 #include "csource/show_definition.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
 #include "foundation/host.h"

@@ -58,13 +58,13 @@ const ToolCommand kCommands[] = {
      "                                    SOURCE: the preprocessor's messages, then the "
      "definition"},
     {"frame", RunFrameCommand,
-     "frame cmdline LINE | status COL LN [--modified] | menu MODE QUICK PROJECT |\n"
-     "      command ID | session INI | font FILE\n"
+     "frame cmdline LINE | status COL LN [--modified] | format ENCODING [--bom] [--lf] |\n"
+     "      menu MODE QUICK PROJECT | command ID | session INI | font FILE\n"
      "                                    the frame's rules: the command line's path, the\n"
      "                                    status texts, the menu state, where a command goes,\n"
      "                                    the kept document list, a bitmap font's cell"},
     {"find", RunFindCommand,
-     "find [--case] [--word] [--replace TEXT [--all]] FILE PATTERN\n"
+     "find [--case] [--word] [--up | --replace TEXT [--all]] FILE PATTERN\n"
      "                                    searches FILE from the top as the find dialog would\n"
      "                                    and prints where the caret ends (Col, Ln); with\n"
      "                                    --replace replaces the first match (--all: every one),\n"

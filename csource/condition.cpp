@@ -8,7 +8,7 @@
 #include "csource/macro_expand.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "foundation/diagnostics.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "csource/decl_text.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 
 namespace {
 

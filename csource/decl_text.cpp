@@ -1,7 +1,7 @@
 #include "csource/decl_text.h"
 
 #include "csource/c_chars.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 
 namespace {
 

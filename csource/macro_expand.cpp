@@ -6,7 +6,7 @@
 #include "csource/csource_owners.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "csource/source_path.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
 

@@ -7,7 +7,7 @@
 #include "csource/preprocessor.h"
 #include "csource/source_path.h"
 #include "csource/symbol_table.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
 #include "project/make_target.h"

@@ -1,6 +1,6 @@
 #include "csource/syntax_error.h"
 
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 
 void ReportSyntaxError(TextBuffer* sink, const char* fileName, int line, int code) {
   if (sink)

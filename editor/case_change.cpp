@@ -1,5 +1,6 @@
 #include "editor/case_change.h"
 
+#include <cstdint>
 #include <cstring>
 
 #include "editor/document.h"
@@ -17,7 +18,7 @@ namespace {
 // only when it comes straight behind the last one in the same document.
 struct CharacterRun {
   const EditDocument* document;
-  const UndoRecord* record;
+  uint32_t version;  // the version the run's record had after its last change (0: no run)
   int column;
   int line;
 };
@@ -71,22 +72,34 @@ void ChangeCharacterCase(EditorView* view) {
       flipped = static_cast<char16_t>(old + 32);
     else if (old >= u'a' && old <= u'z')
       flipped = static_cast<char16_t>(old - 32);
-    step = UnitColumns(old);
+    // A surrogate pair is one character: both units go into the record, neither changes.
+    int units = CharacterUnitsAt(record, index);
+    step = RunColumns(record->text + index, units);
     if (flipped != old) {
       ReplaceUnits(document, line, index, 1, &flipped, 1);
       document->modified = 1;
       EditorRepaintLine(view, line);
     }
-    char16_t texts[4] = {old, 0, flipped, 0};
+    char16_t texts[6] = {old, 0, flipped, 0};
+    if (units == 2) {
+      texts[1] = texts[4] = record->text[index + 1];
+      texts[3] = old;
+      texts[2] = texts[5] = 0;
+    }
     const CharacterRun& run = g_characterRun;
-    if (run.document == document && run.record && run.record == UndoHead(document) &&
-        run.record->positionCount == 0 && run.column == view->caretColumn && run.line == line) {
-      PushUndo(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
+    const UndoRecord* head = UndoHead(document);
+    // Record versions are never reused, so a freed record's address met again is no run.
+    if (run.document == document && run.version && head && head->version == run.version &&
+        head->positionCount == 0 && run.column == view->caretColumn && run.line == line) {
+      PushUndo(view, kUndoCaseChar, view->caretColumn, line, texts, 2 * units + 2);
     } else {
-      g_characterRun.record =
-          PushUndoUnselected(view, kUndoCaseChar, view->caretColumn, line, texts, 4);
+      PushUndoUnselected(view, kUndoCaseChar, view->caretColumn, line, texts, 2 * units + 2);
       g_characterRun.document = document;
     }
+    head = UndoHead(document);
+    g_characterRun.version = head ? head->version : 0;
+  } else {
+    g_characterRun.version = 0;  // inside a wide character: nothing changed, the run ends
   }
   view->caretColumn += step;
   CollapseSelection(view);

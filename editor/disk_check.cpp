@@ -1,6 +1,7 @@
 // Whether the file changed under the editor, and the question before closing a changed document.
 #include "editor/document.h"
 #include "editor/document_io.h"
+#include "editor/editor_host.h"
 #include "editor/editor_view.h"
 #include "foundation/fileutil.h"
 #include "foundation/host.h"
@@ -21,14 +22,19 @@ bool CheckChangedOnDisk(EditorView* view) {
         document->fileStamp != kMissingFileStamp) {
       // Reported once: the stamp now says that the file is missing.
       document->fileStamp = kMissingFileStamp;
-      HostMessageId(115, kMbOk | kMbIconExclamation, document->path);
+      HostMessagePath(115, kMbOk | kMbIconExclamation, document->path);
     }
     return false;
   }
   unsigned stamp = FileStamp(file);
   FileClose(file);
   if (stamp == document->fileStamp) return false;
-  if (HostMessageId(89, kMbOkCancel | kMbIconQuestion, document->path) != kIdOk) {
+  // Over unsaved edits the question says what reloading throws away, and Cancel is the default.
+  int answer =
+      document->modified
+          ? HostMessagePath(170, kMbOkCancel | kMbIconExclamation | kMbDefButton2, document->path)
+          : HostMessagePath(89, kMbOkCancel | kMbIconQuestion, document->path);
+  if (answer != kIdOk) {
     document->fileStamp = stamp;
     return false;
   }
@@ -40,5 +46,5 @@ bool CheckChangedOnDisk(EditorView* view) {
 int ConfirmSaveIfModified(EditorView* view) {
   EditDocument* document = view->document;
   if (!document || !document->modified) return kIdNo;
-  return HostMessageId(85, kMbYesNoCancel | kMbIconQuestion, document->path);
+  return HostMessagePath(85, kMbYesNoCancel | kMbIconQuestion, document->path);
 }

@@ -12,12 +12,22 @@ namespace {
 // Never reset: a name once given is not given again while the program runs.
 int g_untitledCounter = 0;
 
-}  // namespace
-
-EditDocument* NewDocument() {
+EditDocument* AllocDocument() {
   auto* document = static_cast<EditDocument*>(AllocMem(sizeof(EditDocument), kOwnerDocument));
   if (!document) return nullptr;
   memset(document, 0, sizeof *document);
+  document->count = 1;
+  document->scrollScale = 1;
+  for (BookmarkPosition& mark : document->bookmarks)
+    mark = {-1, -1};
+  return document;
+}
+
+}  // namespace
+
+EditDocument* NewDocument() {
+  EditDocument* document = AllocDocument();
+  if (!document) return nullptr;
   char folder[kPathSize];
   int length = CurrentFolder(folder, sizeof folder);
   if (length > 0 && folder[length - 1] != '/') FormatStr(folder + length, kPathSize - length, "/");
@@ -25,11 +35,14 @@ EditDocument* NewDocument() {
   FormatStr(document->path, sizeof document->path, "%sNoName%02d.cpp", folder, g_untitledCounter);
   // The drive letter is upper case whatever the system reported.
   if (document->path[0] >= 'a' && document->path[0] <= 'z') document->path[0] -= 'a' - 'A';
-  document->count = 1;
-  document->scrollScale = 1;
   document->untitled = 1;
-  for (BookmarkPosition& mark : document->bookmarks)
-    mark = {-1, -1};
+  return document;
+}
+
+EditDocument* NewDocumentFor(const char* path) {
+  EditDocument* document = AllocDocument();
+  if (!document) return nullptr;
+  strncpy(document->path, path, kPathSize - 1);
   return document;
 }
 

@@ -35,6 +35,8 @@ struct EditDocument {
   BookmarkPosition bookmarks[kBookmarkCount];
   UndoRecord* undoList;
   UndoRecord* redoList;
+  uint32_t savedVersion;  // the undo version of the text on disk (0: before any edit)
+  uint32_t undoGroup;     // nonzero while one command's records are being made
   uint32_t fileStamp;  // 0xFFFFFFFF when the file is missing
   TerminalSession* terminal;
   char path[kPathSize];        // internal form
@@ -45,6 +47,9 @@ constexpr uint32_t kMissingFileStamp = 0xFFFFFFFFu;
 
 // A zero-filled document named "<current folder>/NoName%02d.cpp" by a counter that only grows.
 EditDocument* NewDocument();
+// The same for a document that has a file: it takes no number, so untitled documents are
+// numbered among themselves.
+EditDocument* NewDocumentFor(const char* path);
 // Frees the lines, the undo and redo lists and the record.
 void FreeDocument(EditDocument* document);
 // Frees every line; the table stays allocated.

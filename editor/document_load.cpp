@@ -143,7 +143,7 @@ void AskTabSize(EditDocument* document) {
 void FinishLoad(EditorView* view) {
   EditDocument* document = view->document;
   if (!document->keepTabSize) document->tabSize = 0;
-  document->modified = 0;
+  MarkDocumentSaved(document);
   document->untitled = 0;
   document->flag = 0;
   view->caretColumn = view->caretLine = view->firstColumn = view->firstLine = 0;
@@ -244,7 +244,7 @@ bool LoadDocument(EditorView* view) {
       document->fileStamp = kMissingFileStamp;
       return false;
     }
-    HostMessageId(2, kMbOk | kMbIconExclamation, document->path);
+    HostMessagePath(2, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   document->fileStamp = FileStamp(file);
@@ -257,7 +257,7 @@ bool LoadDocument(EditorView* view) {
   uint64_t size = FileGetSize(file);
   if (size == ~0ull) {
     FileClose(file);
-    HostMessageId(4, kMbOk | kMbIconExclamation, document->path);
+    HostMessagePath(4, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   if (size < 1) {
@@ -270,7 +270,7 @@ bool LoadDocument(EditorView* view) {
   }
   if (size >= static_cast<uint64_t>(kMaxFileSize)) {
     FileClose(file);
-    HostMessageId(132, kMbOk | kMbIconExclamation, document->path);
+    HostMessagePath(132, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   // Three zero bytes behind the data end it both as bytes and as UTF-16.
@@ -284,14 +284,15 @@ bool LoadDocument(EditorView* view) {
   FileClose(file);
   if (!read) {
     FreeMem(data);
-    HostMessageId(4, kMbOk | kMbIconExclamation, document->path);
+    HostMessagePath(4, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   data[size] = data[size + 1] = data[size + 2] = 0;
   long long length = static_cast<long long>(size);
 
   if (!LooksLikeText(data, length) &&
-      HostMessageId(131, kMbOkCancel | kMbIconQuestion | kMbDefButton2, document->path) != kIdOk) {
+      HostMessagePath(131, kMbOkCancel | kMbIconQuestion | kMbDefButton2, document->path) !=
+          kIdOk) {
     FreeMem(data);
     return false;
   }
@@ -327,7 +328,7 @@ bool LoadDocument(EditorView* view) {
   FreeMem(data);
   // Johab is read but written as EUC-KR.
   if (document->encoding == JOHAP) document->encoding = EUCKR;
-  if (g_splitLine) HostMessageId(160, kMbOk | kMbIconExclamation, document->path);
+  if (g_splitLine) HostMessagePath(160, kMbOk | kMbIconExclamation, document->path);
   FinishLoad(view);
   return true;
 }

@@ -8,6 +8,7 @@
 #include "editor/editor_view.h"
 #include "editor/safe_file.h"
 #include "editor/text_edit.h"
+#include "editor/undo.h"
 #include "encoding/encoding_settings.h"
 #include "encoding/line_convert.h"
 #include "encoding/text_encoding.h"
@@ -84,7 +85,7 @@ void ShowWriteFailure(const char* path, unsigned error) {
   if (error == kErrorDiskFull)
     HostMessageIdNumber(84, kMbOk | kMbIconExclamation, static_cast<unsigned char>(path[0]));
   else
-    HostMessageId(5, kMbOk | kMbIconExclamation, path);
+    HostMessagePath(5, kMbOk | kMbIconExclamation, path);
 }
 
 }  // namespace
@@ -164,7 +165,7 @@ bool SaveDocument(EditorView* view, bool asCopy) {
 
   SafeFile file;
   if (!SafeFileOpen(&file, document->path)) {
-    HostMessageId(3, kMbOk | kMbIconExclamation, document->path);
+    HostMessagePath(3, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   TrimTrailingBlanks(document);
@@ -212,7 +213,7 @@ bool SaveDocument(EditorView* view, bool asCopy) {
     return false;
   }
   if (asCopy) return true;
-  document->modified = 0;
+  MarkDocumentSaved(document);
   document->untitled = 0;
   EditorTitleChanged(view);
   FileHandle written =

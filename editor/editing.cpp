@@ -21,6 +21,24 @@ void MoveCaret(EditorView* view, int column, int line) {
   EditorCaretMoved(view);
 }
 
+// A caret left inside a wide character (a shift or a column block moved the text under it)
+// stands at that character's first column before an edit, so that the edit is recorded where it
+// happens.
+void SnapCaret(EditorView* view) {
+  const LineRecord* line = DocumentLine(view->document, view->caretLine);
+  if (view->caretColumn >= LineColumns(line)) return;
+  int column = ColumnOfIndex(line, UnitIndexAtColumn(line, view->caretColumn));
+  if (column != view->caretColumn) {
+    view->caretColumn = column;
+    if (!HasSelection(view)) CollapseSelection(view);
+  }
+}
+
+int TextColumn(const EditDocument* document, TextPosition at) {
+  const LineRecord* line = DocumentLine(document, at.line);
+  return ColumnOfIndex(line, UnitIndexAtColumn(line, at.column));
+}
+
 // A '*' or '/' may open or close a comment that colours the lines below.
 void RepaintForUnit(EditorView* view, char16_t unit) {
   if (unit == u'*' || unit == u'/')
@@ -36,27 +54,61 @@ int Indentation(const LineRecord* line) {
   return spaces;
 }
 
+// Records the blanks from `from` to `to` that padding put behind the end of `line`.
+void RecordPadding(EditorView* view, int from, int to, int line) {
+  static constexpr char16_t kSpaces[16] = {u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
+                                           u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' '};
+  for (int column = from; column < to; column += 16) {
+    int piece = to - column < 16 ? to - column : 16;
+    PushUndo(view, kUndoInsert, column, line, kSpaces, piece);
+    PushUndoMark(view, kUndoInsert, column + piece, line);
+  }
+}
+
+// A column insert touches one line per piece of the text, from the caret down.
+int PieceCount(const char16_t* units, int count) {
+  int pieces = 1;
+  for (int i = 0; i < count; ++i)
+    if (units[i] == 13 || units[i] == 10) {
+      if (units[i] == 13 && i + 1 < count && units[i + 1] == 10) ++i;
+      ++pieces;
+    }
+  return pieces;
+}
+
 // Records and inserts at the caret; a column insert gets a record of its own.
 bool InsertRecorded(EditorView* view, const char16_t* units, int count, int blockMode) {
   EditDocument* document = view->document;
+  if (blockMode != 1) SnapCaret(view);
   TextPosition at = {view->caretColumn, view->caretLine};
   TextPosition end;
-  bool done = blockMode == 1 ? InsertColumns(document, at, units, count, &end)
-                             : InsertStream(document, at, units, count, &end);
-  if (!done) return false;
-  if (blockMode == 1) {
-    UndoRecord* record = PushUndoSelection(view, kUndoInsert, at.column, at.line, units, count);
-    if (record) {
-      record->blockMode = 1;
-      record->endColumn = end.column;
-      record->endLine = end.line;
+  if (blockMode != 1) {
+    // Behind the end of the line the padding is part of the insertion, so that undo takes it
+    // away again and redo finds the line as it was.
+    int columns = LineColumns(DocumentLine(document, at.line));
+    if (at.column > columns && at.line < document->lineCount) {
+      int index = 0;
+      if (!PadToColumn(document, at.line, at.column, &index)) return false;
+      RecordPadding(view, columns, at.column, at.line);
     }
+  }
+  if (blockMode == 1) {
+    LinesChange change;
+    if (!BeginLinesChange(view, at.line, at.line + PieceCount(units, count) - 1, &change))
+      return false;
+    if (!InsertColumns(document, at, units, count, &end)) {
+      FreeMem(change.oldText);
+      return false;
+    }
+    MoveCaret(view, end.column, end.line);
+    EndLinesChange(&change);
   } else {
+    if (!InsertStream(document, at, units, count, &end)) return false;
     PushUndo(view, kUndoInsert, at.column, at.line, units, count);
     PushUndoMark(view, kUndoInsert, end.column, end.line);
+    MoveCaret(view, end.column, end.line);
   }
   document->modified = 1;
-  MoveCaret(view, end.column, end.line);
   return true;
 }
 
@@ -68,24 +120,33 @@ bool DeleteSelection(EditorView* view) {
   Selection s = NormalisedSelection(view);
   TextPosition from = {s.startColumn, s.startLine};
   TextPosition to = {s.endColumn, s.endLine};
-  int count = CollectRange(document, from, to, view->blockMode, false, false, nullptr);
-  auto* text = count ? static_cast<char16_t*>(AllocMem(
-                           static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
-                     : nullptr;
-  if (text) CollectRange(document, from, to, view->blockMode, false, false, text);
-  UndoRecord* record =
-      PushUndoSelection(view, kUndoDelete, from.column, from.line, text, text ? count : 0);
-  if (record) {
-    record->endColumn = to.column;
-    record->endLine = to.line;
-  }
-  FreeMem(text);
-  if (view->blockMode == 1)
+  if (view->blockMode == 1) {
+    LinesChange change;
+    if (!BeginLinesChange(view, from.line, to.line, &change)) return false;
     DeleteColumns(document, from, to);
-  else
+    MoveCaret(view, from.column, from.line);
+    EndLinesChange(&change);
+  } else {
+    // A stream starts and ends on a character of the text: behind the end of a line it stands
+    // at that end, inside a wide character at its first column.
+    from.column = TextColumn(document, from);
+    to.column = TextColumn(document, to);
+    int count = CollectRange(document, from, to, 0, false, false, nullptr);
+    auto* text = count ? static_cast<char16_t*>(AllocMem(
+                             static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
+                       : nullptr;
+    if (text) CollectRange(document, from, to, 0, false, false, text);
+    UndoRecord* record =
+        PushUndoSelection(view, kUndoDelete, from.column, from.line, text, text ? count : 0);
+    if (record) {
+      record->endColumn = to.column;
+      record->endLine = to.line;
+    }
+    FreeMem(text);
     DeleteStream(document, from, to);
+    MoveCaret(view, from.column, from.line);
+  }
   document->modified = 1;
-  MoveCaret(view, from.column, from.line);
   EditorRepaintAll(view);
   return true;
 }
@@ -130,9 +191,13 @@ void TypeCharacter(EditorView* view, char16_t unit) {
 void KeyEnter(EditorView* view) {
   EditDocument* document = view->document;
   DeleteSelection(view);
+  SnapCaret(view);
   int line = view->caretLine;
-  int column = view->caretColumn;
   if (!EnsureLine(document, line)) return;
+  // Behind the end of the line the break goes at the end: nothing is padded, nothing recorded
+  // beyond the text.
+  int column = view->caretColumn;
+  if (column > LineColumns(document->lines[line])) column = LineColumns(document->lines[line]);
   if (column == 0) {
     // An empty line above; the caret goes down with the line it stood on.
     if (!SplitLine(document, line, 0, 0)) return;
@@ -153,12 +218,15 @@ void KeyEnter(EditorView* view) {
     PushUndoMark(view, kUndoInsert, indent, line + 1);
     MoveCaret(view, indent, line + 1);
   }
+  // A line break ends the typing record: Ctrl+Z takes typing back a line at a time.
+  CloseUndoRecord(document);
   document->modified = 1;
   EditorRepaintAll(view);
 }
 
 void KeyBackspace(EditorView* view) {
   if (DeleteSelection(view)) return;
+  SnapCaret(view);
   EditDocument* document = view->document;
   int line = view->caretLine;
   int column = view->caretColumn;
@@ -198,6 +266,7 @@ void KeyBackspace(EditorView* view) {
 
 void KeyDelete(EditorView* view) {
   if (DeleteSelection(view)) return;
+  SnapCaret(view);
   EditDocument* document = view->document;
   int line = view->caretLine;
   int column = view->caretColumn;
@@ -213,8 +282,18 @@ void KeyDelete(EditorView* view) {
     return;
   }
   if (line + 1 >= document->lineCount) return;
+  int end = LineColumns(record);
+  bool pads = column > end && LineLength(document->lines[line + 1]) > 0;
+  if (!pads) column = end;
   if (!JoinNextLine(document, line, column)) return;
+  if (pads) {
+    // The next line comes in at the caret: the blanks before it are an insertion of their own,
+    // taken back with the join by one Ctrl+Z.
+    BeginUndoGroup(document);
+    RecordPadding(view, end, column, line);
+  }
   PushUndoUnit(view, kUndoDelete, column, line, 13);
+  if (pads) EndUndoGroup(document);
   document->modified = 1;
   EditorRepaintAll(view);
 }
@@ -242,10 +321,16 @@ void ShiftBlock(EditorView* view, int amount) {
   int last = s.endLine;
   // A line block that ends at column 0 does not take that line in.
   if (view->blockMode == 0 && s.endColumn == 0 && last > s.startLine) --last;
-  ShiftLines(view->document, s.startLine, last, amount);
-  PushUndoUnit(view, kUndoShift, 0, s.startLine,
-               static_cast<char16_t>(static_cast<int16_t>(amount)));
-  PushUndoMark(view, kUndoShift, 0, last);
+  EditDocument* document = view->document;
+  if (last >= document->lineCount) last = document->lineCount - 1;
+  if (last < s.startLine) return;
+  int lines = last - s.startLine + 1;
+  auto* applied = static_cast<int16_t*>(
+      AllocMem(static_cast<size_t>(lines) * sizeof(int16_t), kOwnerLineScratch));
+  if (!applied) return;
+  ShiftLines(document, s.startLine, last, amount, applied);
+  PushUndoShift(view, s.startLine, last, amount, applied);
+  FreeMem(applied);
   view->document->modified = 1;
   EditorRepaintAll(view);
 }
@@ -261,11 +346,17 @@ bool FillColumnBlock(EditorView* view, char16_t character) {
   Selection s = NormalisedSelection(view);
   TextPosition from = {s.startColumn, s.startLine};
   TextPosition to = {s.endColumn, s.endLine};
-  int count = CollectRange(document, from, to, 1, false, false, nullptr);
+  // The record keeps the whole lines: their text is what undo puts back.
+  int lastLine = to.line < document->lineCount ? to.line : document->lineCount - 1;
+  TextPosition lineEnd = {LineColumns(DocumentLine(document, lastLine)), lastLine};
+  int count = lastLine >= from.line
+                  ? CollectRange(document, {0, from.line}, lineEnd, 0, false, false, nullptr)
+                  : 0;
   auto* text = count ? static_cast<char16_t*>(AllocMem(
                            static_cast<size_t>(count) * sizeof(char16_t), kOwnerLineScratch))
                      : nullptr;
-  if (text) CollectRange(document, from, to, 1, false, false, text);
+  if (text) CollectRange(document, {0, from.line}, lineEnd, 0, false, false, text);
+  int oldLineCount = document->lineCount;
   if (!FillColumns(document, from, to, character)) {
     FreeMem(text);
     return false;
@@ -275,6 +366,7 @@ bool FillColumnBlock(EditorView* view, char16_t character) {
   if (record) {
     record->endColumn = to.column;
     record->endLine = to.line;
+    record->oldLineCount = oldLineCount;
     record->fillCharacter = character;
   }
   FreeMem(text);

@@ -103,10 +103,76 @@ void ProposeFindText(const EditorView* view, SearchRequest* request) {
   }
 }
 
-bool FindNext(EditorView* view, SearchRequest* request, bool fromF3) {
+namespace {
+
+// Selects the match at unit `at` of `line` with the caret at its end, behind a group boundary.
+void SelectMatch(EditorView* view, int line, int at, int length) {
+  const LineRecord* record = view->document->lines[line];
+  int startColumn = ColumnOfIndex(record, at);
+  int endColumn = ColumnOfIndex(record, at + length);
+  PushUndoMark(view, kUndoGroup, view->caretColumn, view->caretLine);
+  PushUndoMark(view, kUndoCaret, endColumn, line);
+  // The window scrolls the start into view first, then the end.
+  view->caretColumn = startColumn;
+  view->caretLine = line;
+  EditorCaretMoved(view);
+  view->caretColumn = endColumn;
+  view->selStartColumn = startColumn;
+  view->selStartLine = line;
+  view->selEndColumn = endColumn;
+  view->selEndLine = line;
+  EditorCaretMoved(view);
+  EditorRepaintAll(view);
+}
+
+// The last match in line[0, limit) that starts before `before`, or -1.
+int LastMatchBefore(const LineRecord* record, int before, const char16_t* pattern, int length,
+                    MatchRules rules) {
+  int last = -1;
+  for (int from = 0; from < before;) {
+    int at = MatchInLine(record->text, record->length, from, record->length, pattern, length, rules);
+    if (at < 0 || at >= before) break;
+    last = at;
+    from = at + 1;
+  }
+  return last;
+}
+
+// Searching upward: from the start of the selection (or the caret) toward the top, or from the
+// end of the text when started from the dialog with origin 1.
+bool FindUpward(EditorView* view, const SearchRequest* request, bool fromF3, int length) {
   EditDocument* document = view->document;
-  int patternLength = TextLength(request->findText);
-  if (patternLength == 0 || !document) return false;
+  int line = view->caretLine;
+  int column = view->caretColumn;
+  if (HasSelection(view)) {
+    Selection s = NormalisedSelection(view);
+    line = s.startLine;
+    column = s.startColumn;
+  }
+  if (line >= document->lineCount) {
+    line = document->lineCount - 1;
+    column = 0x7FFFFFFF;
+  }
+  int before = UnitIndexAtColumn(DocumentLine(document, line), column);
+  if (!fromF3 && request->origin == 1) {
+    line = document->lineCount - 1;
+    before = 0x7FFFFFFF;
+  }
+  MatchRules rules = RulesOf(request);
+  for (; line >= 0; --line, before = 0x7FFFFFFF) {
+    const LineRecord* record = document->lines[line];
+    if (!record) continue;
+    int at = LastMatchBefore(record, before < record->length ? before : record->length + 1,
+                             request->findText, length, rules);
+    if (at < 0) continue;
+    SelectMatch(view, line, at, length);
+    return true;
+  }
+  return false;
+}
+
+bool FindDownward(EditorView* view, const SearchRequest* request, bool fromF3, int length) {
+  EditDocument* document = view->document;
   int line = view->caretLine;
   int index = UnitIndexAtColumn(DocumentLine(document, line), view->caretColumn);
   if (!fromF3 && request->origin == 1) line = index = 0;
@@ -115,23 +181,24 @@ bool FindNext(EditorView* view, SearchRequest* request, bool fromF3) {
     const LineRecord* record = document->lines[line];
     if (!record) continue;
     int at = MatchInLine(record->text, record->length, index, record->length, request->findText,
-                         patternLength, rules);
+                         length, rules);
     if (at < 0) continue;
-    int startColumn = ColumnOfIndex(record, at);
-    int endColumn = ColumnOfIndex(record, at + patternLength);
-    PushUndoMark(view, kUndoGroup, view->caretColumn, view->caretLine);
-    PushUndoMark(view, kUndoCaret, endColumn, line);
-    // The window scrolls the start into view first, then the end.
-    view->caretColumn = startColumn;
-    view->caretLine = line;
-    EditorCaretMoved(view);
-    view->caretColumn = endColumn;
-    view->selStartColumn = startColumn;
-    view->selStartLine = line;
-    view->selEndColumn = endColumn;
-    view->selEndLine = line;
-    EditorCaretMoved(view);
-    EditorRepaintAll(view);
+    SelectMatch(view, line, at, length);
+    return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool FindNext(EditorView* view, SearchRequest* request, bool fromF3) {
+  EditDocument* document = view->document;
+  int patternLength = TextLength(request->findText);
+  if (patternLength == 0 || !document) return false;
+  // Direction 0 is the dialog's 위로; F3 keeps whichever was chosen last.
+  bool found = request->direction == 0 ? FindUpward(view, request, fromF3, patternLength)
+                                       : FindDownward(view, request, fromF3, patternLength);
+  if (found) {
     if (fromF3) PushHistory(kFindHistory, request->findText);
     return true;
   }
@@ -160,6 +227,11 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
       endIndex = UnitIndexAtColumn(DocumentLine(document, lastLine), s.endColumn);
   } else if (request->origin == 1) {
     line = index = 0;
+  } else if (HasSelection(view)) {
+    // A match that Find selected is replaced too: the search starts where the selection does.
+    Selection s = NormalisedSelection(view);
+    line = s.startLine;
+    index = UnitIndexAtColumn(DocumentLine(document, line), s.startColumn);
   }
   ReplaceRun run = {};
   run.view = view;
@@ -169,6 +241,9 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
   int replaced = 0;
   int caretColumn = 0;
   int caretLine = 0;
+  // However many records the replacements make (a case-insensitive search meets the text in
+  // several cases), one Ctrl+Z takes them all back.
+  BeginUndoGroup(document);
   for (; line <= lastLine; ++line, index = 0) {
     for (;;) {
       const LineRecord* record = document->lines[line];
@@ -191,6 +266,7 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
     }
     if (replaced && !request->replaceAll) break;
   }
+  EndUndoGroup(document);
   if (replaced == 0) {
     NotFound(request);
     return 0;

@@ -1,4 +1,4 @@
-// Find and replace on the active editor's document: forward only, line by line, with the one
+// Find and replace on the active editor's document: line by line, upward or downward, with the one
 // search record that every editor window shares (search_request.h), so that F3 repeats the last
 // search in whichever window is active.
 #pragma once

@@ -169,7 +169,7 @@ bool SaveInOtherFormat(EditorView* view) {
       !answer.path[0])
     return false;
   if (FileGetAttributes(answer.path) != kNoAttributes &&
-      HostMessageId(kMessageOverwrite, kMbYesNo | kMbIconQuestion, answer.path) != kIdYes)
+      HostMessagePath(kMessageOverwrite, kMbYesNo | kMbIconQuestion, answer.path) != kIdYes)
     return false;
   // The copy is written by the document's own saver with the chosen form; the document itself
   // keeps its name, form and modified state.

@@ -9,7 +9,7 @@ struct SearchRequest {
   int mode;  // 0 find, 1 replace
   int caseSensitive;
   int wholeWord;
-  int direction;  // stored and shown; the search always runs forward
+  int direction;  // 0 upward (toward the top), 1 downward; replacing always runs downward
   int scope;      // 0 whole text, 1 selection (replace only)
   int origin;     // 0 from the caret, 1 from the top
   int replaceAll;

@@ -324,25 +324,47 @@ void TrimTrailingBlanks(EditDocument* document) {
   }
 }
 
-void ShiftLines(EditDocument* document, int first, int last, int amount) {
+namespace {
+
+// Puts `count` spaces in front of `line`, or takes `-count` leading spaces away.
+bool ShiftLine(EditDocument* document, int line, int count) {
+  static constexpr char16_t kSpaces[64] = {
+      u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
+      u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
+      u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
+      u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ',
+      u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' '};
+  if (count < 0) return ReplaceUnits(document, line, 0, -count, nullptr, 0);
+  for (int left = count; left > 0; left -= 64)
+    if (!ReplaceUnits(document, line, 0, 0, kSpaces, left < 64 ? left : 64)) return false;
+  return true;
+}
+
+}  // namespace
+
+void ShiftLines(EditDocument* document, int first, int last, int amount, int16_t* applied) {
   if (first < 0) first = 0;
-  char16_t spaces[64];
-  for (char16_t& unit : spaces)
-    unit = u' ';
-  for (int line = first; line <= last && line < document->lineCount; ++line) {
-    LineRecord* record = document->lines[line];
-    if (!record) continue;
-    if (amount > 0) {
-      if (record->length + amount > kMaxLineUnits) continue;
-      for (int left = amount; left > 0; left -= 64)
-        ReplaceUnits(document, line, 0, 0, spaces, left < 64 ? left : 64);
-    } else {
-      int leading = 0;
-      while (leading < record->length && leading < -amount && record->text[leading] == u' ')
-        ++leading;
-      if (leading) ReplaceUnits(document, line, 0, leading, nullptr, 0);
+  for (int line = first; line <= last; ++line) {
+    int shift = 0;
+    const LineRecord* record = DocumentLine(document, line);
+    if (record && record->length > 0) {
+      if (amount > 0) {
+        if (record->length + amount <= kMaxLineUnits) shift = amount;
+      } else {
+        while (shift < record->length && shift < -amount && record->text[shift] == u' ')
+          ++shift;
+        shift = -shift;
+      }
+      if (shift && !ShiftLine(document, line, shift)) shift = 0;
     }
+    if (applied) applied[line - first] = static_cast<int16_t>(shift);
   }
+}
+
+void ShiftLinesBy(EditDocument* document, int first, const int16_t* amounts, int count,
+                  int sign) {
+  for (int i = 0; i < count && first + i < document->lineCount; ++i)
+    if (amounts[i]) ShiftLine(document, first + i, sign * amounts[i]);
 }
 
 bool FillColumns(EditDocument* document, TextPosition from, TextPosition to, char16_t fill) {

@@ -3,6 +3,7 @@
 // behind the end of a line is reached by padding the line with spaces. A change that would make a
 // line longer than a record can hold is refused and changes nothing.
 #pragma once
+#include <cstdint>
 
 #include "editor/document.h"
 
@@ -45,8 +46,12 @@ bool JoinNextLine(EditDocument* document, int line, int column);
 void TrimTrailingBlanks(EditDocument* document);
 
 // Shifts lines first ... last right by `amount` spaces (left when negative, removing at most the
-// leading spaces there are). Empty lines stay empty.
-void ShiftLines(EditDocument* document, int first, int last, int amount);
+// leading spaces there are). Empty lines, and lines that would grow too long, stay as they are.
+// `applied`, when given, receives what each line was really shifted by.
+void ShiftLines(EditDocument* document, int first, int last, int amount, int16_t* applied);
+// Shifts `count` lines from `first` by exactly sign × amounts[i] each (empty lines too): the
+// way back, and forth again, of a recorded shift.
+void ShiftLinesBy(EditDocument* document, int first, const int16_t* amounts, int count, int sign);
 // Overwrites every cell of the rectangle with `fill` (lines are padded to reach it).
 bool FillColumns(EditDocument* document, TextPosition from, TextPosition to, char16_t fill);
 // Deletes `count` units forward from (column, line); a line end counts as one unit.

@@ -9,6 +9,15 @@
 
 namespace {
 
+// Numbers the texts that records lead to; only grows, so a number is never met again.
+uint32_t g_lastVersion = 0;
+
+uint32_t g_lastGroup = 0;
+
+uint32_t NextVersion() {
+  return ++g_lastVersion;
+}
+
 bool SavedSelection(const UndoRecord* record) {
   return record->selStartColumn != record->selEndColumn ||
          record->selStartLine != record->selEndLine;
@@ -98,7 +107,7 @@ void MergeCaseChange(UndoRecord* head, const char16_t* units, int count) {
 
 bool TryMerge(UndoRecord* head, int kind, int column, int line, const char16_t* units, int count) {
   int stored = kind == kUndoCaseChar ? kUndoReplace : kind;
-  if (!head || head->kind != stored || SavedSelection(head)) return false;
+  if (!head || head->kind != stored || head->closed || SavedSelection(head)) return false;
   // Typing, deleting and backspacing merge only while they go on where the last one stopped: a
   // run elsewhere would be undone at the wrong place.
   bool contiguous = head->endColumn == column && head->endLine == line;
@@ -126,16 +135,10 @@ bool TryMerge(UndoRecord* head, int kind, int column, int line, const char16_t* 
       break;
     case kUndoCaret:
       break;
-    case kUndoShift: {
-      int amount = head->textLength ? static_cast<int16_t>(head->text[0]) : 0;
-      int added = count ? static_cast<int16_t>(units[0]) : 0;
-      if (head->textLength)
-        head->text[0] = static_cast<char16_t>(static_cast<int16_t>(amount + added));
-      break;
-    }
     case kUndoReplace:
       if (head->positionCount == 0) AddPosition(head, head->startColumn, head->startLine);
       AddPosition(head, column, line);
+      head->version = NextVersion();
       return true;  // the end stays at the first place
     case kUndoCaseChar:
       MergeCaseChange(head, units, count);
@@ -145,6 +148,7 @@ bool TryMerge(UndoRecord* head, int kind, int column, int line, const char16_t* 
   }
   head->endColumn = column;
   head->endLine = line;
+  if (count > 0 || kind == kUndoCaseChar) head->version = NextVersion();
   return true;
 }
 
@@ -159,6 +163,8 @@ UndoRecord* NewRecord(EditDocument* document, int kind, int column, int line, co
   record->startLine = record->endLine = line;
   for (BookmarkPosition& mark : record->bookmarkSnapshot)
     mark = {-1, -1};
+  record->version = record->kind == kUndoCaret ? 0 : NextVersion();
+  record->group = document->undoGroup;
   if (count > 0) {
     if (!ReserveText(record, count)) {
       FreeMem(record);
@@ -273,24 +279,99 @@ void InsertAt(EditDocument* document, TextPosition at, const UndoRecord* record,
     InsertStream(document, at, record->text, record->textLength, &end);
 }
 
-// Takes the fill characters out of the rectangle again (a wide fill may not cover it exactly).
-void RemoveFill(EditDocument* document, TextPosition from, TextPosition to, char16_t fill) {
-  int cells = (to.column - from.column) / UnitColumns(fill);
-  for (int line = from.line; line <= to.line && line < document->lineCount; ++line) {
-    const LineRecord* record = document->lines[line];
-    int index = UnitIndexAtColumn(record, from.column);
-    int count = 0;
-    while (count < cells && index + count < LineLength(record) &&
-           record->text[index + count] == fill)
-      ++count;
-    if (count) ReplaceUnits(document, line, index, count, nullptr, 0);
+// Puts back the lines a column fill changed: a fill edge inside a wide character moves that
+// character, so the old lines are kept whole rather than the rectangle.
+void RestoreFilledLines(EditDocument* document, const UndoRecord* record, int first) {
+  if (document->lineCount > record->oldLineCount)
+    RemoveLines(document, record->oldLineCount, document->lineCount - record->oldLineCount);
+  int line = first;
+  int start = 0;
+  for (int i = 0; i <= record->textLength; ++i) {
+    if (i < record->textLength && record->text[i] != 13) continue;
+    if (line < document->lineCount)
+      ReplaceUnits(document, line, 0, LineLength(document->lines[line]), record->text + start,
+                   i - start);
+    ++line;
+    start = i + 1;
   }
 }
 
-bool OnlyCaretMarks(const UndoRecord* list) {
-  for (; list; list = list->next)
-    if (list->kind != kUndoCaret) return false;
+// The units of `count` lines from `first`, joined by unit 13; the counting form with no target.
+int CollectLines(const EditDocument* document, int first, int count, char16_t* target) {
+  int written = 0;
+  for (int i = 0; i < count; ++i) {
+    if (i > 0) {
+      if (target) target[written] = 13;
+      ++written;
+    }
+    const LineRecord* line = DocumentLine(document, first + i);
+    int length = LineLength(line);
+    if (target && length)
+      memcpy(target + written, line->text, static_cast<size_t>(length) * sizeof(char16_t));
+    written += length;
+  }
+  return written;
+}
+
+// Puts the `count` lines of `text` (joined by unit 13) in place of `removeCount` lines.
+void PutLines(EditDocument* document, int first, int removeCount, const char16_t* text,
+              int length, int count) {
+  RemoveLines(document, first, removeCount);
+  if (!InsertLineSlots(document, first, count)) return;
+  int line = first;
+  int start = 0;
+  for (int i = 0; i <= length && line < first + count; ++i) {
+    if (i < length && text[i] != 13) continue;
+    if (i > start) SetLine(document, line, MakeLine(text + start, i - start));
+    ++line;
+    start = i + 1;
+  }
+}
+
+// The version of the text on screen: that of the newest record that changed it.
+uint32_t TextVersion(const EditDocument* document) {
+  for (const UndoRecord* record = document->undoList; record; record = record->next)
+    if (record->kind != kUndoCaret) return record->version;
+  return 0;
+}
+
+void FollowSavedState(EditDocument* document) {
+  document->modified = TextVersion(document) != document->savedVersion;
+}
+
+const int16_t* ShiftAmounts(const UndoRecord* record) {
+  return reinterpret_cast<const int16_t*>(record->text + 1);
+}
+
+int ShiftLineCount(const UndoRecord* record) {
+  return record->textLength > 0 ? record->textLength - 1 : 0;
+}
+
+// A shift of the same lines as the newest record's adds its amounts to it.
+bool MergeShift(UndoRecord* head, int first, int last, int amount, const int16_t* applied) {
+  if (!head || head->kind != kUndoShift || head->closed || head->startLine != first ||
+      head->endLine != last || ShiftLineCount(head) != last - first + 1)
+    return false;
+  auto* amounts = reinterpret_cast<int16_t*>(head->text + 1);
+  for (int i = 0; i <= last - first; ++i)
+    if (amounts[i] + applied[i] > 30000 || amounts[i] + applied[i] < -30000) return false;
+  for (int i = 0; i <= last - first; ++i)
+    amounts[i] = static_cast<int16_t>(amounts[i] + applied[i]);
+  head->text[0] = static_cast<char16_t>(static_cast<int16_t>(head->text[0]) + amount);
+  head->version = NextVersion();
   return true;
+}
+
+// Undoes or redoes the newest record of `from` and every record of the same group behind it.
+template <typename Step>
+void StepGroup(EditorView* view, UndoRecord** from, Step step) {
+  UndoRecord* record = *from;
+  if (!record) return;
+  uint32_t group = record->group;
+  do {
+    step(view, record);
+    record = *from;
+  } while (group && record && record->group == group);
 }
 
 }  // namespace
@@ -299,7 +380,11 @@ void PushUndo(EditorView* view, int kind, int column, int line, const char16_t* 
   EditDocument* document = view->document;
   if (!document) return;
   if (count < 0) count = 0;
-  if (kind != kUndoGroup && TryMerge(document->undoList, kind, column, line, units, count)) return;
+  // After an undo nothing merges: the change must empty the redo list, whose records no longer
+  // fit the text.
+  if (kind != kUndoGroup && !document->redoList &&
+      TryMerge(document->undoList, kind, column, line, units, count))
+    return;
   NewRecord(document, kind, column, line, units, count);
 }
 
@@ -332,10 +417,10 @@ UndoRecord* PushUndoUnselected(EditorView* view, int kind, int column, int line,
   return PushUndoSelection(&unselected, kind, column, line, units, count);
 }
 
-void Undo(EditorView* view) {
+namespace {
+
+void UndoRecordOf(EditorView* view, UndoRecord* record) {
   EditDocument* document = view->document;
-  UndoRecord* record = document ? document->undoList : nullptr;
-  if (!record) return;
   switch (record->kind) {
     case kUndoInsert:
       DeleteBetween(document, StartOf(record), EndOf(record), record->blockMode);
@@ -353,8 +438,7 @@ void Undo(EditorView* view) {
       PlaceCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoShift:
-      ShiftLines(document, record->startLine, record->endLine,
-                 record->textLength ? -static_cast<int16_t>(record->text[0]) : 0);
+      ShiftLinesBy(document, record->startLine, ShiftAmounts(record), ShiftLineCount(record), -1);
       break;
     case kUndoReplace:
       ReplaceAtPlaces(document, record, true);
@@ -363,11 +447,15 @@ void Undo(EditorView* view) {
     case kUndoFill: {
       TextPosition a = StartOf(record), b = EndOf(record);
       Order(&a, &b, 1);
-      RemoveFill(document, a, b, record->fillCharacter);
-      InsertAt(document, a, record, 1);
+      RestoreFilledLines(document, record, a.line);
       PlaceCaret(view, a.column, a.line);
       break;
     }
+    case kUndoLines:
+      PutLines(document, record->startLine, record->newLineCount, record->text,
+               record->oldTextLength, record->oldLineCount);
+      PlaceCaret(view, record->startColumn, record->startLine);
+      break;
     default:
       break;
   }
@@ -380,16 +468,10 @@ void Undo(EditorView* view) {
     view->selEndLine = record->selEndLine;
   }
   Unlink(&document->undoList, record, &document->redoList);
-  if (record->kind != kUndoCaret) document->modified = 1;
-  // Back at the text as it was loaded: only caret marks are left to undo.
-  if (OnlyCaretMarks(document->undoList)) document->modified = 0;
-  EditorRepaintAll(view);
 }
 
-void Redo(EditorView* view) {
+void RedoRecordOf(EditorView* view, UndoRecord* record) {
   EditDocument* document = view->document;
-  UndoRecord* record = document ? document->redoList : nullptr;
-  if (!record) return;
   switch (record->kind) {
     case kUndoInsert: {
       TextPosition end;
@@ -416,8 +498,7 @@ void Redo(EditorView* view) {
       PlaceCaret(view, record->endColumn, record->endLine);
       break;
     case kUndoShift:
-      ShiftLines(document, record->startLine, record->endLine,
-                 record->textLength ? static_cast<int16_t>(record->text[0]) : 0);
+      ShiftLinesBy(document, record->startLine, ShiftAmounts(record), ShiftLineCount(record), 1);
       break;
     case kUndoReplace:
       ReplaceAtPlaces(document, record, false);
@@ -430,12 +511,70 @@ void Redo(EditorView* view) {
       PlaceCaret(view, a.column, a.line);
       break;
     }
+    case kUndoLines:
+      PutLines(document, record->startLine, record->oldLineCount,
+               record->text + record->oldTextLength, record->textLength - record->oldTextLength,
+               record->newLineCount);
+      PlaceCaret(view, record->endColumn, record->endLine);
+      break;
     default:
       break;
   }
   Unlink(&document->redoList, record, &document->undoList);
-  if (record->kind != kUndoCaret) document->modified = 1;
+}
+
+}  // namespace
+
+void Undo(EditorView* view) {
+  EditDocument* document = view->document;
+  if (!document || !document->undoList) return;
+  StepGroup(view, &document->undoList, UndoRecordOf);
+  // Clean again exactly when the text is the one on disk.
+  FollowSavedState(document);
   EditorRepaintAll(view);
+}
+
+void Redo(EditorView* view) {
+  EditDocument* document = view->document;
+  if (!document || !document->redoList) return;
+  StepGroup(view, &document->redoList, RedoRecordOf);
+  FollowSavedState(document);
+  EditorRepaintAll(view);
+}
+
+void PushUndoShift(EditorView* view, int first, int last, int amount, const int16_t* applied) {
+  EditDocument* document = view->document;
+  if (!document || last < first) return;
+  if (!document->redoList && MergeShift(document->undoList, first, last, amount, applied)) return;
+  int lines = last - first + 1;
+  if (lines > 0x3FFFFFF0) return;
+  auto* units = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(lines + 1) * sizeof(char16_t), kOwnerUndo));
+  if (!units) return;
+  units[0] = static_cast<char16_t>(static_cast<int16_t>(amount));
+  memcpy(units + 1, applied, static_cast<size_t>(lines) * sizeof(int16_t));
+  UndoRecord* record = NewRecord(document, kUndoShift, 0, first, units, lines + 1);
+  if (record) record->endLine = last;
+  FreeMem(units);
+}
+
+void CloseUndoRecord(EditDocument* document) {
+  if (document && document->undoList) document->undoList->closed = 1;
+}
+
+void BeginUndoGroup(EditDocument* document) {
+  document->undoGroup = ++g_lastGroup;
+  CloseUndoRecord(document);
+}
+
+void EndUndoGroup(EditDocument* document) {
+  CloseUndoRecord(document);
+  document->undoGroup = 0;
+}
+
+void MarkDocumentSaved(EditDocument* document) {
+  document->modified = 0;
+  document->savedVersion = TextVersion(document);
 }
 
 void ClearRedo(EditDocument* document) {
@@ -449,4 +588,69 @@ void FreeUndoList(UndoRecord* list) {
     FreeRecord(list);
     list = next;
   }
+}
+
+bool BeginLinesChange(EditorView* view, int first, int last, LinesChange* change) {
+  EditDocument* document = view->document;
+  *change = {};
+  change->view = view;
+  change->first = first < 0 ? 0 : first;
+  if (last >= document->lineCount) last = document->lineCount - 1;
+  change->oldCount = last >= change->first ? last - change->first + 1 : 0;
+  change->oldDocumentLines = document->lineCount;
+  change->oldLength = CollectLines(document, change->first, change->oldCount, nullptr);
+  if (change->oldLength) {
+    change->oldText = static_cast<char16_t*>(
+        AllocMem(static_cast<size_t>(change->oldLength) * sizeof(char16_t), kOwnerUndo));
+    if (!change->oldText) return false;
+    CollectLines(document, change->first, change->oldCount, change->oldText);
+  }
+  change->selStartColumn = view->selStartColumn;
+  change->selStartLine = view->selStartLine;
+  change->selEndColumn = view->selEndColumn;
+  change->selEndLine = view->selEndLine;
+  change->blockMode = view->blockMode;
+  change->caretColumn = view->caretColumn;
+  change->caretLine = view->caretLine;
+  return true;
+}
+
+void EndLinesChange(LinesChange* change) {
+  EditorView* view = change->view;
+  EditDocument* document = view->document;
+  int newCount = change->oldCount + document->lineCount - change->oldDocumentLines;
+  if (newCount < 0) newCount = 0;
+  int newLength = CollectLines(document, change->first, newCount, nullptr);
+  int64_t total = static_cast<int64_t>(change->oldLength) + newLength;
+  char16_t* text = nullptr;
+  if (total > 0 && total < 0x3FFFFFFF) {
+    text = static_cast<char16_t*>(
+        AllocMem(static_cast<size_t>(total) * sizeof(char16_t), kOwnerUndo));
+    if (text) {
+      if (change->oldLength)
+        memcpy(text, change->oldText, static_cast<size_t>(change->oldLength) * sizeof(char16_t));
+      CollectLines(document, change->first, newCount, text + change->oldLength);
+    }
+  }
+  FreeMem(change->oldText);
+  change->oldText = nullptr;
+  if (total > 0 && !text) return;
+  UndoRecord* record =
+      NewRecord(document, kUndoLines, change->caretColumn, change->first, text,
+                static_cast<int>(total));
+  FreeMem(text);
+  if (!record) return;
+  record->startLine = change->first;
+  record->startColumn = change->caretColumn;
+  record->endColumn = view->caretColumn;
+  record->endLine = view->caretLine;
+  record->oldLineCount = change->oldCount;
+  record->newLineCount = newCount;
+  record->oldTextLength = change->oldLength;
+  record->blockMode = change->blockMode;
+  record->selStartColumn = change->selStartColumn;
+  record->selStartLine = change->selStartLine;
+  record->selEndColumn = change->selEndColumn;
+  record->selEndLine = change->selEndLine;
+  record->closed = 1;
 }

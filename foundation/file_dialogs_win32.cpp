@@ -96,7 +96,8 @@ bool RunFileDialog(bool save, void* owner, char* name, int size, const char* tit
   dialog.nMaxFile = kNameUnits;
   dialog.lpstrTitle = texts.title;
   dialog.lpstrInitialDir = texts.folder[0] ? texts.folder : nullptr;
-  dialog.Flags = flags | OFN_EXPLORER;
+  // Nothing here opens a file read-only, so the dialog does not offer it.
+  dialog.Flags = flags | OFN_EXPLORER | OFN_HIDEREADONLY;
   wchar_t extension[16];
   if (defaultExtension && ToWide(defaultExtension, extension, 16, false))
     dialog.lpstrDefExt = extension;

@@ -3,6 +3,7 @@
 #include "foundation/diagnostics.h"
 #include "foundation/formatter.h"
 #include "foundation/language.h"
+#include "foundation/os_path.h"
 
 namespace {
 
@@ -36,6 +37,15 @@ int HostMessageId(int id, unsigned flags, const char* argument) {
   char text[kMessageSize];
   FormatStr(text, sizeof text, GetStr(id), argument ? argument : "");
   return HostMessage(text, flags);
+}
+
+int HostMessagePath(int id, unsigned flags, const char* path) {
+  char shown[kMessageSize];
+  int length = 0;
+  for (; path && path[length] && length < kMessageSize - 1; ++length)
+    shown[length] = path[length] == '/' ? kOsPathSeparator : path[length];
+  shown[length] = '\0';
+  return HostMessageId(id, flags, shown);
 }
 
 int HostMessageIdNumber(int id, unsigned flags, int number) {

@@ -33,3 +33,6 @@ int HostMessage(const char* text, unsigned flags);
 // one.
 int HostMessageId(int id, unsigned flags, const char* argument);
 int HostMessageIdNumber(int id, unsigned flags, int number);
+// The same for a message that names a file: the path (internal form) is shown with the system's
+// separators, as window titles show it.
+int HostMessagePath(int id, unsigned flags, const char* path);

@@ -157,6 +157,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       if (!GetWindow(window, GW_HWNDNEXT) && !GetWindow(window, GW_HWNDPREV)) {
         UpdateMenuState(0, false);
         SetStatusMessage(nullptr);
+        SetStatusFormat(nullptr);
       }
       break;
     case WM_NCDESTROY:
@@ -200,18 +201,13 @@ HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, 
       static_cast<EditorWindow*>(AllocMem(sizeof(EditorWindow), kOwnerEditorChild));
   if (!editor) return nullptr;
   memset(editor, 0, sizeof *editor);
-  editor->document = NewDocument();
+  editor->document = path ? NewDocumentFor(path) : NewDocument();
   editor->runs = NewColourRuns();
   if (!editor->document || !editor->runs) {
     FreeEditor(editor);
     return nullptr;
   }
   EditDocument* document = editor->document;
-  if (path) {
-    strncpy(document->path, path, kPathSize - 1);
-    document->path[kPathSize - 1] = '\0';
-    document->untitled = 0;
-  }
   if (sourcePath) strncpy(document->sourcePath, sourcePath, kPathSize - 1);
   document->encoding = static_cast<uint8_t>(encoding);
   document->tabSize = static_cast<uint8_t>(tabSize);
@@ -230,7 +226,10 @@ HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, 
   create.cx = given ? width : CW_USEDEFAULT;
   create.cy = given ? height : CW_USEDEFAULT;
   create.style = WS_VSCROLL;
-  if (show == SW_SHOWMAXIMIZED) create.style |= WS_MAXIMIZE;
+  // A new document on a maximised desk is maximised too, as the one it covers stays.
+  HWND active = ActiveChild();
+  if (show == SW_SHOWMAXIMIZED || (show == kShowDefault && active && IsZoomed(active)))
+    create.style |= WS_MAXIMIZE;
   if (show == SW_SHOWMINIMIZED) create.style |= WS_MINIMIZE;
   create.lParam = reinterpret_cast<LPARAM>(editor);
   HWND window = reinterpret_cast<HWND>(
@@ -247,12 +246,7 @@ HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, 
     SendMessageW(g_frame.mdiClient, WM_MDIDESTROY, reinterpret_cast<WPARAM>(window), 0);
     return nullptr;
   }
-  wchar_t title[kPathSize];
-  if (!MultiByteToWideChar(CP_UTF8, 0, document->path, -1, title, kPathSize)) title[0] = L'\0';
-  for (wchar_t* p = title; *p; ++p) {
-    if (*p == L'/') *p = L'\\';
-  }
-  SetWindowTextW(window, title);
+  ShowDocumentTitle(window, document->path);
   UpdateScrollBar(editor);
   ShowEditorStatus(editor);
   if (show == kShowGiven)
@@ -285,6 +279,19 @@ bool SetCheckPending(HWND window) {
   if (!editor || editor->checkPending) return false;
   editor->checkPending = true;
   return true;
+}
+
+void ShowDocumentTitle(HWND window, const char* path) {
+  wchar_t title[kPathSize];
+  if (!MultiByteToWideChar(CP_UTF8, 0, path, -1, title, kPathSize)) title[0] = L'\0';
+  for (wchar_t* p = title; *p; ++p) {
+    if (*p == L'/') *p = L'\\';
+  }
+  SetWindowTextW(window, title);
+  // The MDI client builds the window menu from the titles only when asked; a new title is not
+  // enough.
+  SendMessageW(g_frame.mdiClient, WM_MDIREFRESHMENU, 0, 0);
+  DrawMenuBar(g_frame.frame);
 }
 
 bool IsEmptyNewDocument(HWND window) {

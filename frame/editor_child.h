@@ -31,3 +31,5 @@ bool EditorShowsPath(HWND window, const char* path);
 bool SetCheckPending(HWND window);
 // True for an untitled new document that is unmodified and empty: opening a file reuses it.
 bool IsEmptyNewDocument(HWND window);
+// Titles a document window with its path in the system's form, in the window menu too.
+void ShowDocumentTitle(HWND window, const char* path);

@@ -10,6 +10,7 @@
 #include "frame/editor_window.h"
 #include "frame/frame_state.h"
 #include "frame/status_bar.h"
+#include "frame/status_text.h"
 
 namespace {
 
@@ -134,8 +135,12 @@ void PlaceCaret(EditorWindow* editor) {
 
 void ShowEditorStatus(EditorWindow* editor) {
   if (ActiveChild() != WindowOf(editor)) return;
-  SetStatusCursor(editor->view.caretColumn, editor->view.caretLine,
-                  editor->document->modified != 0);
+  const EditDocument* document = editor->document;
+  SetStatusCursor(editor->view.caretColumn, editor->view.caretLine, document->modified != 0);
+  char format[40];
+  FormatFileFormatStatus(document->encoding, document->hasBom != 0, document->lfOnly != 0, format,
+                         sizeof format);
+  SetStatusFormat(format);
 }
 
 void CaretFollows(EditorWindow* editor) {

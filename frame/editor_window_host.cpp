@@ -9,6 +9,7 @@
 #include "foundation/file_dialogs.h"
 #include "foundation/memory.h"
 #include "frame/dialog_support.h"
+#include "frame/editor_child.h"
 #include "frame/editor_dialogs.h"
 #include "frame/editor_window.h"
 #include "frame/frame_state.h"
@@ -38,13 +39,7 @@ void CaretMoved(void*, EditorView* view) {
 void TitleChanged(void*, EditorView* view) {
   EditorWindow* editor = Owner(view);
   if (!editor) return;
-  wchar_t title[kPathSize];
-  if (!MultiByteToWideChar(CP_UTF8, 0, editor->document->path, -1, title, kPathSize))
-    title[0] = L'\0';
-  for (wchar_t* p = title; *p; ++p) {
-    if (*p == L'/') *p = L'\\';
-  }
-  SetWindowTextW(static_cast<HWND>(view->window), title);
+  ShowDocumentTitle(static_cast<HWND>(view->window), editor->document->path);
 }
 
 void DocumentLoaded(void*, EditorView* view) {

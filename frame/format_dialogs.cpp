@@ -6,6 +6,7 @@
 #include "encoding/encoding_settings.h"
 #include "encoding/text_encoding.h"
 #include "foundation/file_dialogs.h"
+#include "foundation/language.h"
 #include "frame/dialog_support.h"
 #include "frame/editor_dialogs.h"
 #include "resources/resource.h"
@@ -13,7 +14,7 @@
 namespace {
 
 constexpr int kMaxTabWidth = 16;
-constexpr int kEncodings = 4;  // Johab, EUC-KR, UTF-8, UTF-16
+constexpr int kStringDetect = 171;  // "자동 판별", the import list's first entry
 
 void Browse(HWND dialog, bool save) {
   char path[kPathSize];
@@ -30,9 +31,33 @@ bool TakesByteOrderMark(int encoding) {
   return encoding == UTF8 || encoding == UTF16;
 }
 
+void AddListEntry(HWND list, const char* text) {
+  wchar_t wide[64];
+  if (!MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, 64)) return;
+  SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide));
+}
+
+// The encoding list shows the encodings' names in their order, after "detect" when it is
+// offered, so that an entry's index is its encoding's number (less one without "detect").
+void FillEncodingList(HWND dialog, bool withDetect, int encoding) {
+  HWND list = GetDlgItem(dialog, IDC_FORMAT_ENCODING);
+  if (withDetect) AddListEntry(list, GetStr(kStringDetect));
+  for (int code = JOHAP; code <= UTF16; ++code)
+    AddListEntry(list, EncodingName(code));
+  int index = withDetect ? encoding : encoding - JOHAP;
+  int count = withDetect ? UTF16 + 1 : UTF16;
+  SendMessageW(list, CB_SETCURSEL, index >= 0 && index < count ? index : 0, 0);
+}
+
+int ChosenEncoding(HWND dialog, bool withDetect) {
+  LRESULT index = SendDlgItemMessageW(dialog, IDC_FORMAT_ENCODING, CB_GETCURSEL, 0, 0);
+  if (index < 0) index = 0;
+  return static_cast<int>(withDetect ? index : index + JOHAP);
+}
+
 void EnableByteOrderMark(HWND dialog) {
-  int encoding = JOHAP + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
-  EnableWindow(GetDlgItem(dialog, IDC_BYTE_ORDER_MARK), TakesByteOrderMark(encoding));
+  EnableWindow(GetDlgItem(dialog, IDC_BYTE_ORDER_MARK),
+               TakesByteOrderMark(ChosenEncoding(dialog, false)));
 }
 
 // The path field's text; false, with the focus put there, when it is empty.
@@ -47,7 +72,7 @@ INT_PTR CALLBACK ImportProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
   ImportAnswer* answer = static_cast<ImportAnswer*>(DialogData(dialog, message, lParam));
   if (message == WM_INITDIALOG) {
     SetControlText(dialog, IDC_FORMAT_PATH, answer->path, true);
-    CheckRadio(dialog, IDC_ENCODING_DETECT, IDC_ENCODING_UTF16, answer->encoding);
+    FillEncodingList(dialog, true, answer->encoding);
     SetSpin(dialog, IDC_FORMAT_TAB_SPIN, 0, kMaxTabWidth, answer->tabSize);
     return TRUE;
   }
@@ -58,7 +83,7 @@ INT_PTR CALLBACK ImportProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
       return TRUE;
     case IDOK:
       if (!ReadPath(dialog, answer->path, sizeof answer->path)) return TRUE;
-      answer->encoding = CheckedRadio(dialog, IDC_ENCODING_DETECT, IDC_ENCODING_UTF16);
+      answer->encoding = ChosenEncoding(dialog, true);
       answer->tabSize = GetSpin(dialog, IDC_FORMAT_TAB_SPIN);
       EndDialog(dialog, 1);
       return TRUE;
@@ -73,7 +98,7 @@ INT_PTR CALLBACK SaveOtherProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
   OtherFormatAnswer* answer = static_cast<OtherFormatAnswer*>(DialogData(dialog, message, lParam));
   if (message == WM_INITDIALOG) {
     SetControlText(dialog, IDC_FORMAT_PATH, answer->path, true);
-    CheckRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16, answer->encoding - JOHAP);
+    FillEncodingList(dialog, false, answer->encoding);
     SetSpin(dialog, IDC_FORMAT_TAB_SPIN, 0, kMaxTabWidth, answer->tabSize);
     CheckRadio(dialog, IDC_LINE_END_CRLF, IDC_LINE_END_LF, answer->lfOnly ? 1 : 0);
     CheckDlgButton(dialog, IDC_BYTE_ORDER_MARK, answer->hasBom ? BST_CHECKED : BST_UNCHECKED);
@@ -82,7 +107,7 @@ INT_PTR CALLBACK SaveOtherProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
   }
   if (message != WM_COMMAND) return FALSE;
   int id = LOWORD(wParam);
-  if (id >= IDC_ENCODING_JOHAB && id < IDC_ENCODING_JOHAB + kEncodings) {
+  if (id == IDC_FORMAT_ENCODING && HIWORD(wParam) == CBN_SELCHANGE) {
     EnableByteOrderMark(dialog);
     return TRUE;
   }
@@ -92,7 +117,7 @@ INT_PTR CALLBACK SaveOtherProc(HWND dialog, UINT message, WPARAM wParam, LPARAM 
       return TRUE;
     case IDOK:
       if (!ReadPath(dialog, answer->path, sizeof answer->path)) return TRUE;
-      answer->encoding = JOHAP + CheckedRadio(dialog, IDC_ENCODING_JOHAB, IDC_ENCODING_UTF16);
+      answer->encoding = ChosenEncoding(dialog, false);
       answer->tabSize = GetSpin(dialog, IDC_FORMAT_TAB_SPIN);
       answer->lfOnly = CheckedRadio(dialog, IDC_LINE_END_CRLF, IDC_LINE_END_LF);
       answer->hasBom = TakesByteOrderMark(answer->encoding) &&

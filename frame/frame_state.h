@@ -17,6 +17,7 @@ struct FrameState {
   char commandPath[780];
   HBITMAP buildBitmaps[3];  // commands 124, 125, 126
   StatusMemory status;
+  StatusMemory formatStatus;  // part 3: encoding and line ends
   int optionsStartPage;
 };
 

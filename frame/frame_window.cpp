@@ -38,9 +38,11 @@ constexpr int kWindowMenuPosition = 3;   // "창(&W)"
 constexpr int kFirstBitmapPosition = 6;  // menu-bar items 6-8: build and run, build, rebuild
 constexpr UINT_PTR kLogoTimer = 1;
 
-// Parts end at 120, 200 and the client width; the fourth reaches the right edge.
+// Parts end at 120, 200 and before the encoding part, which reaches the right edge.
+constexpr int kFormatPartWidth = 150;
 void SetStatusParts(int clientWidth) {
-  int edges[4] = {120, 200, clientWidth, -1};
+  int messageEnd = clientWidth - kFormatPartWidth > 200 ? clientWidth - kFormatPartWidth : 200;
+  int edges[4] = {120, 200, messageEnd, -1};
   SendMessageW(g_frame.statusBar, SB_SETPARTS, 4, reinterpret_cast<LPARAM>(edges));
 }
 
@@ -117,12 +119,18 @@ bool CloseChild(HWND child) {
   return true;
 }
 
-// Closes every child without an owner, stopping at the first that refuses.
+// Closes every child without an owner. Every modified document is asked about before any window
+// closes, so that Cancel on one of them leaves all of them as they were.
 void CloseAllChildren() {
+  for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!GetWindow(child, GW_OWNER) && !SendMessageW(child, WM_QUERYENDSESSION, 0, 0)) return;
+  }
   HWND child = GetWindow(g_frame.mdiClient, GW_CHILD);
   while (child) {
     HWND next = GetWindow(child, GW_HWNDNEXT);
-    if (!GetWindow(child, GW_OWNER) && !CloseChild(child)) return;
+    if (!GetWindow(child, GW_OWNER))
+      SendMessageW(g_frame.mdiClient, WM_MDIDESTROY, reinterpret_cast<WPARAM>(child), 0);
     child = next;
   }
 }
@@ -349,6 +357,13 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
   return DefFrameProcW(frame, g_frame.mdiClient, message, wParam, lParam);
 }
 
+// Brings a child to the front; an icon is restored, a maximised desk stays maximised.
+void ActivateChild(HWND child) {
+  SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child), 0);
+  if (IsIconic(child))
+    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(child), 0);
+}
+
 }  // namespace
 
 HWND ActiveChild() {
@@ -361,8 +376,7 @@ HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
   for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
        child = GetWindow(child, GW_HWNDNEXT)) {
     if (EditorShowsPath(child, path)) {
-      SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(child), 0);
-      SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(child), 0);
+      ActivateChild(child);
       return child;
     }
   }
@@ -380,8 +394,7 @@ HWND OpenOrActivateDocument(const char* path, const char* style, int importCode,
     document->encoding = static_cast<uint8_t>(importCode);
     document->tabSize = static_cast<uint8_t>(importOption);
     document->keepTabSize = importOption ? 1 : 0;
-    SendMessageW(g_frame.mdiClient, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(active), 0);
-    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
+    ActivateChild(active);
     SendMessageW(active, WM_COMMAND, kCmdLoad, 0);
     return active;
   }

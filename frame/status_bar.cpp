@@ -29,3 +29,8 @@ void SetStatusMessage(const char* text) {
   if (!StatusMessageChanged(&g_frame.status, text)) return;
   SetPart(2, text ? text : "");
 }
+
+void SetStatusFormat(const char* text) {
+  if (!StatusMessageChanged(&g_frame.formatStatus, text)) return;
+  SetPart(3, text ? text : "");
+}

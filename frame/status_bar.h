@@ -5,3 +5,5 @@
 void SetStatusCursor(int column, int line, bool modified);
 // Part 2; null means empty. Nothing is sent when the text is the one already shown.
 void SetStatusMessage(const char* text);
+// Part 3, the document's encoding and line ends; null means empty (no document).
+void SetStatusFormat(const char* text);

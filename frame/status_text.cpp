@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "encoding/text_encoding.h"
 #include "foundation/formatter.h"
 
 int FormatCursorStatus(int column, int line, char* text, int size) {
@@ -10,6 +11,15 @@ int FormatCursorStatus(int column, int line, char* text, int size) {
 
 const char* ModifiedStatus(bool modified) {
   return modified ? "\tModified" : "";
+}
+
+int FormatFileFormatStatus(int encoding, bool byteOrderMark, bool lfOnly, char* text, int size) {
+  static const char* const kNames[] = {"", "Johab", "EUC-KR", "UTF-8", "UTF-16"};
+  const char* name = encoding >= JOHAP && encoding <= UTF16 ? kNames[encoding] : "";
+  // Only the Unicode encodings carry a mark.
+  const char* mark = byteOrderMark && (encoding == UTF8 || encoding == UTF16) ? " BOM" : "";
+  return FormatStr(text, size, "\t%s%s%s%s", name, mark, name[0] ? "  " : "",
+                   lfOnly ? "LF" : "CRLF");
 }
 
 // A text longer than the memory is compared by its first 40 characters only, so a long message

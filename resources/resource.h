@@ -153,9 +153,7 @@
 // Open and save in another format.
 #define IDC_FORMAT_PATH 101
 #define IDC_FORMAT_BROWSE 102
-#define IDC_ENCODING_DETECT 103  // detect, Johab, EUC-KR, UTF-8, UTF-16 in this order
-#define IDC_ENCODING_JOHAB 104
-#define IDC_ENCODING_UTF16 107
+#define IDC_FORMAT_ENCODING 103  // the encoding drop-down list
 #define IDC_FORMAT_TAB 108
 #define IDC_FORMAT_TAB_SPIN 109
 #define IDC_LINE_END_CRLF 110  // the pair: CR LF, LF alone

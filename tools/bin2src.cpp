@@ -8,6 +8,7 @@
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
+#include "foundation/text_builder.h"
 #include "tools/bin2src_messages.h"
 
 namespace {
@@ -30,51 +31,34 @@ struct Output {
   const char* path;
   const Bin2SrcHost& host;
   FileHandle file = kInvalidFile;
-  char* text = nullptr;
-  size_t length = 0;
-  size_t capacity = 0;
+  TextBuffer line;  // the lines built since the last write
   bool failed = false;
 
+  Output(const Bin2SrcOptions& o, const char* p, const Bin2SrcHost& h)
+      : options(o), path(p), host(h) {
+    InitText(&line, kOwnerLineBuffer);
+  }
   ~Output() {
-    FreeMem(text);
+    FreeText(&line);
     if (file != kInvalidFile) FileClose(file);
   }
 
-  bool Reserve(size_t more) {
-    if (length + more <= capacity) return true;
-    size_t wanted = capacity ? capacity : 256;
-    while (wanted < length + more)
-      wanted *= 2;
-    char* grown = static_cast<char*>(AllocMem(wanted, kOwnerLineBuffer));
-    if (!grown) return failed = true, false;
-    if (length) memcpy(grown, text, length);
-    FreeMem(text);
-    text = grown;
-    capacity = wanted;
-    return true;
-  }
-
   void Append(const char* piece) {
-    size_t size = strlen(piece);
-    if (!Reserve(size)) return;
-    memcpy(text + length, piece, size);
-    length += size;
+    if (!AppendText(&line, piece)) failed = true;
   }
 
   void AppendElement(const char* format, uint32_t value) {
 #define QUILL_ELEMENT value, value, value, value
-    int needed = FormatStr(nullptr, 0, format, QUILL_ELEMENT);
-    if (!Reserve(static_cast<size_t>(needed))) return;
-    FormatStr(text + length, needed, format, QUILL_ELEMENT);
+    if (!AppendFormat(&line, format, QUILL_ELEMENT)) failed = true;
 #undef QUILL_ELEMENT
-    length += static_cast<size_t>(needed) - 1;
   }
 
   // Writes what was built; a failed write shows its message once and ends the conversion.
   bool Flush() {
     if (failed) return false;
     unsigned done = 0;
-    if (!FileWrite(file, text, static_cast<unsigned>(length), &done)) {
+    size_t length = line.length;
+    if (!FileWrite(file, TextOf(&line), static_cast<unsigned>(length), &done)) {
       ShowError(host, kMsgFileNotWritten, path);
       failed = true;
     } else if (done < length) {
@@ -84,7 +68,7 @@ struct Output {
       host.showError(host.context, kMsgDiskFull, message);
       failed = true;
     }
-    length = 0;
+    TruncateText(&line, 0);
     return !failed;
   }
 };
@@ -152,7 +136,7 @@ void AppendLine(Output& out, const unsigned char* chunk, unsigned count) {
     out.AppendElement(options.dataForm, value);
     bool last = offset + static_cast<unsigned>(size) >= count;
     if (!(assembler && last)) out.Append(",");
-    if (out.length >= kLineFlushSize) out.Flush();
+    if (out.line.length >= kLineFlushSize) out.Flush();
   }
   out.Append("\r\n");
 }

@@ -46,6 +46,8 @@ TEST_F(FindTool, SearchesFromTheTopWithCaseAndWholeWords) {
   EXPECT_EQ(Run("--case", "X"), "Col 13, Ln 3\n");
   EXPECT_EQ(Run("--case --word", "Elif"), "");
   EXPECT_EQ(status_, 1);
+  EXPECT_EQ(Run("--up", "if"), "Col 11, Ln 3\n");  // the last one, from the end
+
   EXPECT_EQ(File(), "elif (x)\r\n\r\n\tif(X) x = 1;\r\n");
 }
 

@@ -34,6 +34,9 @@ TEST(FrameTool, CommandLineAndStatusTexts) {
   EXPECT_EQ(Tool("status 0 9 --modified").out, "\tCol 1, Ln 10\r\n\tModified\r\n");
   EXPECT_EQ(Tool("status 4 0").out, "\tCol 5, Ln 1\r\n\r\n");
   EXPECT_EQ(Tool("status x 0").status, 2);
+  EXPECT_EQ(Tool("format UTF16 --bom").out, "\tUTF-16 BOM  CRLF\r\n");
+  EXPECT_EQ(Tool("format EUCKR --lf").out, "\tEUC-KR  LF\r\n");
+  EXPECT_EQ(Tool("format UTF-8").status, 2);
   EXPECT_EQ(Tool("").status, 2);
 }
 

@@ -7,7 +7,7 @@
 #include "csource/parse_source.h"
 #include "csource/show_definition.h"
 #include "csource/symbol_table.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "tests/support/klib_test.h"
 
 class CSourceTest : public KLibTest {

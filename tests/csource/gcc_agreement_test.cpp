@@ -7,7 +7,7 @@
 #include "csource/condition.h"
 #include "csource/macro_expand.h"
 #include "csource/syntax_error.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "tests/csource/csource_fixture.h"
 
 namespace {

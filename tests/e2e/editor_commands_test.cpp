@@ -16,6 +16,7 @@ constexpr int kFindField = 101;
 constexpr int kByteOrderMark = 112;
 constexpr int kPathField = 101;
 constexpr int kFirstLabel = 201;
+constexpr int kEncodingList = 103;
 
 // A fresh copy of Quill in its own folder with `file` holding `bytes` and, when given, settings.
 class Scenario {
@@ -91,6 +92,20 @@ std::wstring FieldText(HWND dialog, int id) {
   wchar_t text[300] = L"";
   SendMessageW(GetDlgItem(dialog, id), WM_GETTEXT, 300, reinterpret_cast<LPARAM>(text));
   return text;
+}
+
+// The longest text among a message box's controls: its message.
+std::wstring BoxText(HWND box) {
+  std::wstring longest;
+  auto take = [](HWND child, LPARAM found) -> BOOL {
+    wchar_t text[512];
+    SendMessageW(child, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text));
+    std::wstring* kept = reinterpret_cast<std::wstring*>(found);
+    if (wcslen(text) > kept->size()) *kept = text;
+    return TRUE;
+  };
+  EnumChildWindows(box, take, reinterpret_cast<LPARAM>(&longest));
+  return longest;
 }
 
 std::wstring ComboText(HWND dialog, int id, int index) {
@@ -308,7 +323,7 @@ TEST(EditorCommands, FindAndReplaceKeepTheirHistories) {
   HWND replace = Dialog(scenario, L"바꾸기", L"replace");
   ASSERT_NE(replace, nullptr);
   EXPECT_EQ(FieldText(replace, kFindField), L"two");  // the selection
-  Chord({VK_MENU}, 'P');
+  Press(VK_TAB);                                      // Tab goes on to the replacement
   TypeText(L"2");
   Chord({VK_MENU}, 'B');  // from the top
   Chord({VK_MENU}, 'A');  // replace all
@@ -333,6 +348,65 @@ TEST(EditorCommands, FindAndReplaceKeepTheirHistories) {
   EXPECT_TRUE(IsWindow(again));
   Press(VK_ESCAPE);
   EXPECT_TRUE(WaitUntilGone(again));
+  EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
+}
+
+// Undo gives back exactly what was there: an un-indent of lines with fewer blanks than the
+// shift, a case-insensitive replace-all that met three spellings (one Ctrl+Z), and typing taken
+// back a line at a time. Find upward finds the word above the caret.
+TEST(EditorCommands, UndoGivesBackTheExactText) {
+  const std::string original = "Name\r\n  name\r\nNAME\r\n";
+  Scenario scenario(L"commands-undo", L"undo.c", original);
+  ASSERT_TRUE(scenario.Start());
+  Chord({VK_CONTROL}, 'A');
+  Chord({VK_SHIFT}, VK_TAB);
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), "Name\r\nname\r\nNAME\r\n");
+  Chord({VK_CONTROL}, 'Z');
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), original);
+
+  Chord({VK_CONTROL}, 'H');
+  HWND replace = Dialog(scenario, L"바꾸기", L"undo-replace");
+  ASSERT_NE(replace, nullptr);
+  TypeText(L"name");
+  Press(VK_TAB);
+  TypeText(L"id");
+  Chord({VK_MENU}, 'B');
+  Chord({VK_MENU}, 'A');
+  EXPECT_TRUE(WaitUntilGone(replace));
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), "id\r\n  id\r\nid\r\n");
+  Chord({VK_CONTROL}, 'Z');
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), original);
+
+  // Upward from the end of the text: the last "name" first, then the one above it.
+  Chord({VK_CONTROL}, VK_END);
+  Chord({VK_CONTROL}, 'F');
+  HWND find = Dialog(scenario, L"찾기", L"find-upward");
+  ASSERT_NE(find, nullptr);
+  TypeText(L"name");
+  Chord({VK_MENU}, 'U');
+  Chord({VK_MENU}, 'R');
+  Press(VK_RETURN);
+  EXPECT_TRUE(WaitUntilGone(find));
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 5, Ln 3");
+  Press(VK_F3);
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 7, Ln 2");
+
+  // Three typed lines, one Ctrl+Z: only the last goes.
+  Chord({VK_CONTROL}, VK_HOME);
+  TypeText(L"x");
+  Press(VK_RETURN);
+  TypeText(L"y");
+  Press(VK_RETURN);
+  TypeText(L"z");
+  Chord({VK_CONTROL}, 'Z');
+  scenario.Save();
+  EXPECT_EQ(scenario.Bytes(), "x\r\ny\r\nName\r\n  name\r\nNAME\r\n");
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
@@ -408,7 +482,8 @@ TEST(EditorCommands, TabSizeAndSaveAsDialogs) {
 }
 
 // A Johab file opened through the open-other-format dialog, then saved as UTF-8 with a mark
-// through the save-in-other-format dialog; the mark is offered for the Unicode encodings only.
+// through the save-in-other-format dialog; the encodings are chosen from drop-down lists by
+// their names, and the mark is offered for the Unicode encodings only.
 TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   // 한글 in Johab is D0 65 8B 69.
   Scenario scenario(L"commands-format", L"johab.txt", "\xD0\x65\x8B\x69 x\r\n");
@@ -433,7 +508,12 @@ TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   SendMessageW(GetDlgItem(open, kPathField), WM_GETTEXT, MAX_PATH,
                reinterpret_cast<LPARAM>(chosen));
   EXPECT_EQ(std::wstring(chosen), scenario.path());
-  Chord({VK_MENU}, 'J');
+  const wchar_t* const names[] = {L"JOHAP", L"EUCKR", L"UTF8", L"UTF16"};
+  EXPECT_EQ(ComboText(open, kEncodingList, 0), L"자동 판별");
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(ComboText(open, kEncodingList, i + 1), names[i]);
+  Chord({VK_MENU}, 'K');
+  Press('J');
   Press(VK_RETURN);
   EXPECT_TRUE(WaitUntilGone(open));
   ASSERT_TRUE(scenario.Focus());
@@ -448,9 +528,12 @@ TEST(EditorCommands, OtherFormatDialogsOpenJohabAndSaveUtf8) {
   HWND save = Dialog(scenario, L"다른 형식으로 저장", L"save-other");
   ASSERT_NE(save, nullptr);
   EXPECT_FALSE(IsWindowEnabled(GetDlgItem(save, kByteOrderMark)));  // Johab has no mark
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(ComboText(save, kEncodingList, i), names[i]);
   std::wstring copy = scenario.folder() + L"utf8.txt";
   TypeText(copy);  // the document's path stands selected and is replaced
-  Chord({VK_MENU}, '8');
+  Chord({VK_MENU}, 'K');
+  Press('U');  // the first name with U
   Settle();
   EXPECT_TRUE(IsWindowEnabled(GetDlgItem(save, kByteOrderMark)));
   Chord({VK_MENU}, 'M');
@@ -494,7 +577,9 @@ TEST(EditorCommands, ClipboardIsSharedWithOtherPrograms) {
 }
 
 // Another program changes the file while Quill is in the background: coming back asks message
-// 89, and OK loads the new text. A file deleted meanwhile is reported once with message 115.
+// 89 (naming the file as the title does), and OK loads the new text. Over unsaved edits the
+// question warns that they go, and Enter keeps them. A file deleted meanwhile is reported once
+// with message 115.
 TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   Scenario scenario(L"commands-disk", L"disk.c", "old\r\n");
   ASSERT_TRUE(scenario.Start());
@@ -510,24 +595,45 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
     Settle();
   };
 
+  auto changeOnDisk = [&](const std::string& bytes, unsigned long long minutes) {
+    WriteBytes(scenario.path(), bytes);
+    FILETIME later;
+    GetSystemTimeAsFileTime(&later);
+    reinterpret_cast<ULARGE_INTEGER*>(&later)->QuadPart += 600000000ULL * minutes;
+    HANDLE file = CreateFileW(scenario.path().c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+                              OPEN_EXISTING, 0, nullptr);
+    SetFileTime(file, nullptr, nullptr, &later);
+    CloseHandle(file);
+  };
+
   background();
-  WriteBytes(scenario.path(), "new text\r\n");
-  FILETIME later;
-  GetSystemTimeAsFileTime(&later);
-  reinterpret_cast<ULARGE_INTEGER*>(&later)->QuadPart += 20000000ULL * 60;
-  HANDLE file = CreateFileW(scenario.path().c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr,
-                            OPEN_EXISTING, 0, nullptr);
-  SetFileTime(file, nullptr, nullptr, &later);
-  CloseHandle(file);
+  changeOnDisk("new text\r\n", 20);
   foreground();
   HWND question = Dialog(scenario, L"", L"changed-on-disk");
   ASSERT_NE(question, nullptr);
+  EXPECT_NE(BoxText(question).find(L"'" + scenario.path() + L"' 파일이 변경되었습니다"),
+            std::wstring::npos);
   Press(VK_RETURN);
   EXPECT_TRUE(WaitUntilGone(question));
   ASSERT_TRUE(scenario.Focus());
   Press(VK_END);
   Settle();
   EXPECT_EQ(scenario.Caret(), L"\tCol 9, Ln 1");
+
+  TypeText(L"!");
+  background();
+  changeOnDisk("newer\r\n", 40);
+  foreground();
+  question = Dialog(scenario, L"", L"changed-under-edits");
+  ASSERT_NE(question, nullptr);
+  EXPECT_NE(BoxText(question).find(L"저장하지 않은 수정 내용이 모두 사라집니다"), std::wstring::npos);
+  Press(VK_RETURN);  // Cancel
+  EXPECT_TRUE(WaitUntilGone(question));
+  ASSERT_TRUE(scenario.Focus());
+  Press(VK_END);
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 10, Ln 1");  // "new text!" is still there
+  EXPECT_EQ(scenario.quill().StatusText(1), L"\tModified");
 
   background();
   DeleteFileW(scenario.path().c_str());
@@ -540,6 +646,10 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   foreground();
   EXPECT_EQ(WaitForWindow(scenario.quill(), L"", 1500), nullptr);  // told once only
   DestroyWindow(other);
+  PostMessageW(scenario.quill().Frame(), WM_CLOSE, 0, 0);
+  HWND save = WaitForWindow(scenario.quill(), L"");  // the edits are not saved
+  ASSERT_NE(save, nullptr);
+  PostMessageW(save, WM_COMMAND, IDNO, 0);
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
@@ -650,20 +760,23 @@ TEST(EditorCommands, RemainingChordsAndSecondKeys) {
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
 }
 
-// Closing the frame asks about each modified document: Yes saves it, Cancel keeps the frame and
-// the rest open, No lets it go unsaved.
+// Closing the frame asks about each modified document before any window closes: Yes saves it,
+// Cancel keeps the frame and every document open (an unmodified one too), No lets it go unsaved.
 TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
   Scenario scenario(L"commands-close", L"first.c", "1\r\n");
   std::wstring second = scenario.folder() + L"second.c";
+  std::wstring clean = scenario.folder() + L"clean.c";
   WriteBytes(second, "2\r\n");
+  WriteBytes(clean, "3\r\n");
   ASSERT_TRUE(scenario.Start());
   TypeText(L"a");
   Settle();
   HWND first = scenario.editor();
   ASSERT_TRUE(scenario.OpenThroughMenu(second));
-  ASSERT_EQ(Children(scenario.quill()).size(), 2u);
   TypeText(L"b");
   Settle();
+  ASSERT_TRUE(scenario.OpenThroughMenu(clean));
+  ASSERT_EQ(Children(scenario.quill()).size(), 3u);
 
   auto answer = [&](int button) {
     HWND box = WaitForWindow(scenario.quill(), L"");
@@ -672,11 +785,12 @@ TEST(EditorCommands, ClosingTheFrameAsksForEachModifiedDocument) {
     return WaitUntilGone(box);
   };
   PostMessageW(scenario.quill().Frame(), WM_CLOSE, 0, 0);
-  ASSERT_TRUE(answer(IDYES));  // the active one, second.c, is saved
+  ASSERT_TRUE(answer(IDYES));  // clean.c asks nothing; second.c is saved
   ASSERT_TRUE(answer(IDCANCEL));
   Settle();
   EXPECT_TRUE(scenario.quill().Running());
   EXPECT_EQ(ReadBytes(second), "b2\r\n");
+  EXPECT_EQ(Children(scenario.quill()).size(), 3u);
   EXPECT_TRUE(IsWindow(first));
   EXPECT_EQ(scenario.Bytes(), "1\r\n");
 

@@ -29,6 +29,7 @@ TEST(EditorView, KoreanFileIsShownTypedIntoAndSavedInItsEncoding) {
   Settle();
   SaveScreenshot(ScreenshotFolder() + L"editor-view-loaded.bmp");
   EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 1");
+  EXPECT_EQ(quill.StatusText(3), L"\tEUC-KR  CRLF");
 
   // End goes behind the last character: two wide syllables take four columns.
   Press(VK_END);

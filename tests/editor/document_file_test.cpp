@@ -172,7 +172,7 @@ TEST_F(DocumentFile, TooLargeAFileIsRefusedWithItsMessage) {
   snprintf(document->path, sizeof document->path, "%s", path.c_str());
   EXPECT_FALSE(LoadDocument(&view));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + path + "'은 너무 큰 파일입니다. (최대 50 MByte)");
+  EXPECT_EQ(messages[0], "'" + Shown(path) + "'은 너무 큰 파일입니다. (최대 50 MByte)");
   std::filesystem::resize_file(std::filesystem::u8path(path), kMaxFileSize - 1);
   messages.clear();
   answers = {kIdCancel};
@@ -237,7 +237,7 @@ TEST_F(DocumentFile, AFailedSaveKeepsTheOldFileAndTheModifiedMark) {
                                std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], std::string("'") + document->path + "' 파일이 만들어지지 않습니다.");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 만들어지지 않습니다.");
   EXPECT_EQ(document->modified, 1);
   EXPECT_EQ(ReadBytes(document->path), "original\r\n");
   std::filesystem::permissions(std::filesystem::u8path(document->path), std::filesystem::perms::owner_all);
@@ -281,9 +281,20 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // Cancel
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
+  EXPECT_EQ(messageFlags[0] & 0xF0F, kMbOkCancel);  // OK is the default
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // the new stamp was recorded
   EXPECT_EQ(messages.size(), 1u);
+
+  // Unsaved edits: the question warns that they go, and Cancel is the default.
+  document->modified = 1;
+  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  EXPECT_FALSE(CheckChangedOnDisk(&view));
+  ASSERT_EQ(messages.size(), 2u);
+  EXPECT_NE(messages[1].find("저장하지 않은 수정 내용이 모두 사라집니다"), std::string::npos);
+  EXPECT_EQ(messageFlags[1] & 0xF0F, kMbOkCancel | kMbDefButton2);
+  EXPECT_EQ(Lines(document), (Texts{"one"}));
+  document->modified = 0;
 
   std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
   answers = {kIdOk};
@@ -295,8 +306,8 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   std::filesystem::remove(path);
   EXPECT_FALSE(CheckChangedOnDisk(&view));
   EXPECT_FALSE(CheckChangedOnDisk(&view));
-  ASSERT_EQ(messages.size(), 3u);
-  EXPECT_EQ(messages[2], "'" + std::string(document->path) + "' 파일이 없어졌습니다.");
+  ASSERT_EQ(messages.size(), 4u);
+  EXPECT_EQ(messages[3], "'" + Shown(document->path) + "' 파일이 없어졌습니다.");
   EXPECT_EQ(document->fileStamp, kMissingFileStamp);
 }
 
@@ -306,7 +317,7 @@ TEST_F(DocumentFile, ClosingAModifiedDocumentAsks) {
   document->modified = 1;
   answers = {kIdYes};
   EXPECT_EQ(ConfirmSaveIfModified(&view), kIdYes);
-  EXPECT_EQ(messages[0], "'" + std::string(document->path) + "' 파일이 수정되었습니다. 저장할까요?");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 수정되었습니다. 저장할까요?");
   EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNoCancel);
 }
 
@@ -365,6 +376,18 @@ TEST_F(DocumentFile, NewDocumentsAreNumberedAndNeverReuseANumber) {
   snprintf(expected, sizeof expected, "NoName%02d.cpp", number + 3);
   EXPECT_NE(std::string(fourth->path).find(expected), std::string::npos);
   FreeDocument(fourth);
+
+  // A document made for a file takes no number: the next untitled one follows the last.
+  EditDocument* named = NewDocumentFor("C:/src/a.c");
+  EXPECT_EQ(std::string(named->path), "C:/src/a.c");
+  EXPECT_EQ(named->untitled, 0);
+  EXPECT_EQ(named->scrollScale, 1);
+  EXPECT_EQ(named->bookmarks[0].index, -1);
+  FreeDocument(named);
+  EditDocument* fifth = NewDocument();
+  snprintf(expected, sizeof expected, "NoName%02d.cpp", number + 4);
+  EXPECT_NE(std::string(fifth->path).find(expected), std::string::npos);
+  FreeDocument(fifth);
 }
 
 TEST_F(DocumentFile, TheLineTableGrowsByWhatIsNeededPlusAThousand) {

@@ -139,9 +139,12 @@ TEST_F(Editing, EnterIndentsLikeTheLineAboveAndUndoesAsOne) {
   EXPECT_EQ(Lines(document), (Texts{"    if (x) ", "    y;"}));
   EXPECT_EQ(view.caretColumn, 4);
   EXPECT_EQ(view.caretLine, 1);
-  Type("z");  // goes on where Enter stopped: the same record
+  Type("z");  // a line break ends the typing record: undo goes back a line at a time
+  Undo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"    if (x) ", "    y;"}));
   Undo(&view);
   EXPECT_EQ(Lines(document), (Texts{"    if (x) y;"}));
+  Redo(&view);
   Redo(&view);
   EXPECT_EQ(Lines(document), (Texts{"    if (x) ", "    zy;"}));
 
@@ -171,6 +174,33 @@ TEST_F(Editing, UndoingEverythingLeavesTheDocumentCleanDespiteCaretMarks) {
   Undo(&view);  // the typing
   EXPECT_EQ(document->modified, 0);
   EXPECT_EQ(Lines(document), (Texts{"one"}));
+}
+
+TEST_F(Editing, ModifiedFollowsTheTextThatWasSaved) {
+  ASSERT_TRUE(Load("one\n"));
+  Caret(3, 0);
+  Type("ab");
+  Save();
+  EXPECT_EQ(document->modified, 0);
+  Type("c");  // merges into the saved record, which now leads elsewhere
+  Undo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"one"}));
+  EXPECT_EQ(document->modified, 1);  // older than the file: closing must ask
+  Redo(&view);
+  EXPECT_EQ(document->modified, 1);
+
+  Load("one\n");
+  Caret(3, 0);
+  Type("x");
+  KeyEnter(&view);
+  Save();
+  Type("y");
+  Undo(&view);
+  EXPECT_EQ(document->modified, 0);  // back at the saved text
+  Undo(&view);
+  EXPECT_EQ(document->modified, 1);
+  Redo(&view);
+  EXPECT_EQ(document->modified, 0);
 }
 
 TEST_F(Editing, ANewEditAfterUndoEmptiesTheRedoList) {
@@ -211,8 +241,22 @@ TEST_F(Editing, TabWithASelectionShiftsTheBlockAndUndoShiftsBack) {
   KeyTab(&view, true);
   KeyTab(&view, true);
   EXPECT_EQ(Lines(document), (Texts{"a", "", "b", "c"}));
-  Undo(&view);  // the three shifts merged: +4 -4 -4
-  EXPECT_EQ(Lines(document), (Texts{"    a", "", "    b", "c"}));
+  Undo(&view);  // the three shifts of the same lines merged; "  b" gave up only two blanks
+  EXPECT_EQ(Lines(document), (Texts{"a", "", "  b", "c"}));
+  Redo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"a", "", "b", "c"}));
+
+  // Shifts of other lines are records of their own, whichever comes first.
+  Select(0, 2, 0, 4);
+  ShiftBlock(&view, 4);
+  Select(0, 0, 0, 1);
+  ShiftBlock(&view, -4);
+  ShiftBlock(&view, 4);
+  EXPECT_EQ(Lines(document), (Texts{"    a", "", "    b", "    c"}));
+  Undo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"a", "", "    b", "    c"}));
+  Undo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"a", "", "b", "c"}));
 }
 
 TEST_F(Editing, ColumnBlockCopyPadsShortLinesAndJoinsWithCrLf) {

@@ -22,6 +22,15 @@
 #include "foundation/unicode.h"
 #include "tests/support/klib_test.h"
 
+// A path as messages show it: with the system's separators.
+inline std::string Shown(std::string path) {
+#ifdef _WIN32
+  for (char& c : path)
+    if (c == '/') c = '\\';
+#endif
+  return path;
+}
+
 inline std::string Utf8(const std::u16string& text) {
   std::string out(text.size() * 3 + 1, '\0');
   int n = Utf16ToUtf8(text.data(), static_cast<int>(text.size()), &out[0],

@@ -69,6 +69,38 @@ TEST_F(FindReplace, AMatchIsSelectedBehindAGroupBoundaryWithTheCaretAtItsEnd) {
   EXPECT_EQ(view.caretColumn, 15);
 }
 
+TEST_F(FindReplace, UpwardFindsTheNearestMatchAboveAndF3KeepsTheDirection) {
+  SetText({"value value", "", "한value x"});
+  Caret(9, 2);
+  SearchRequest request = Request(u"value");
+  request.direction = 0;
+  ASSERT_TRUE(FindNext(&view, &request, false));
+  EXPECT_EQ(view.selStartLine, 2);
+  EXPECT_EQ(view.selStartColumn, 2);
+  // The next search starts before the selected match: the second of line 0, then the first.
+  ASSERT_TRUE(FindNext(&view, &request, true));
+  EXPECT_EQ(view.selStartLine, 0);
+  EXPECT_EQ(view.selStartColumn, 6);
+  ASSERT_TRUE(FindNext(&view, &request, true));
+  EXPECT_EQ(view.selStartColumn, 0);
+  EXPECT_FALSE(FindNext(&view, &request, true));
+  EXPECT_EQ(view.selStartColumn, 0);
+  // From the dialog with origin 1 the search starts at the end of the text.
+  request.origin = 1;
+  ASSERT_TRUE(FindNext(&view, &request, false));
+  EXPECT_EQ(view.selStartLine, 2);
+}
+
+TEST_F(FindReplace, ReplaceTakesTheSelectedMatchToo) {
+  SetText({"one two one"});
+  Caret(0, 0);
+  SearchRequest find = Request(u"one");
+  ASSERT_TRUE(FindNext(&view, &find, false));  // selects the first, caret behind it
+  SearchRequest once = Replace(u"one", u"1", false);
+  EXPECT_EQ(ReplaceAll(&view, &once), 1);
+  EXPECT_EQ(Lines(document), (Texts{"1 two one"}));
+}
+
 TEST_F(FindReplace, WholeWordsAndCase) {
   SetText({"abab", "elif", "Xif(x)"});
   SearchRequest request = Request(u"ab", true, true);
@@ -185,8 +217,10 @@ TEST_F(FindReplace, UndoGivesBackTheCaseTheTextHad) {
   request.origin = 1;
   EXPECT_EQ(ReplaceAll(&view, &request), 3);
   EXPECT_EQ(Lines(document), (Texts{"id id id"}));
-  UndoAll();
+  Undo(&view);  // three cases, three records, one Ctrl+Z
   EXPECT_EQ(Lines(document), (Texts{"Name name NAME"}));
+  Redo(&view);
+  EXPECT_EQ(Lines(document), (Texts{"id id id"}));
 }
 
 TEST_F(FindReplace, SelectionScopeEndsAtTheSelectionsEndColumn) {

@@ -302,7 +302,7 @@ TEST_F(KeyCommands, SavingInAnotherFormatWritesACopyAndLeavesTheDocument) {
   formatAnswer.encoding = 3;
   answers = {kIdNo};
   Run(kCmdSaveOtherFormat);
-  EXPECT_EQ(messages.back(), "'" + In("copy.txt") + "' 파일이 이미 있습니다.\n\n덮어 쓸까요?");
+  EXPECT_EQ(messages.back(), "'" + Shown(In("copy.txt")) + "' 파일이 이미 있습니다.\n\n덮어 쓸까요?");
   EXPECT_EQ(ReadBytes(In("copy.txt")).size(), 18u);
   answers = {kIdYes};
   Run(kCmdSaveOtherFormat);

@@ -21,6 +21,27 @@ TEST(FrameStatus, CursorPartShowsColumnAndLineFromOne) {
   EXPECT_STREQ(ModifiedStatus(false), "");
 }
 
+TEST(FrameStatus, FormatPartShowsTheEncodingAMarkAndTheLineEnds) {
+  struct Row {
+    int encoding;
+    bool mark, lfOnly;
+    const char* text;
+  };
+  const Row rows[] = {
+      {2, false, false, "\tEUC-KR  CRLF"}, {3, true, true, "\tUTF-8 BOM  LF"},
+      {4, true, false, "\tUTF-16 BOM  CRLF"}, {4, false, true, "\tUTF-16  LF"},
+      {1, false, false, "\tJohab  CRLF"},
+      {2, true, false, "\tEUC-KR  CRLF"},  // a mark left over from another encoding is not written
+      {0, false, true, "\tLF"},            // still to be detected
+      {9, false, false, "\tCRLF"},
+  };
+  for (const Row& row : rows) {
+    char text[40];
+    FormatFileFormatStatus(row.encoding, row.mark, row.lfOnly, text, sizeof text);
+    EXPECT_STREQ(text, row.text) << row.encoding;
+  }
+}
+
 TEST(FrameStatus, MessagePartIsSentOnlyWhenItChanges) {
   StatusMemory memory = {};
   EXPECT_FALSE(StatusMessageChanged(&memory, nullptr));  // empty to start with

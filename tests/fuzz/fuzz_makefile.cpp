@@ -12,7 +12,7 @@
 #include "csource/parse_source.h"
 #include "csource/preprocessor.h"
 #include "csource/symbol_table.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "foundation/library.h"
 #include "foundation/memory.h"
 

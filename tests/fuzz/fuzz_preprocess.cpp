@@ -10,7 +10,7 @@
 #include "csource/parse_source.h"
 #include "csource/show_definition.h"
 #include "csource/symbol_table.h"
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 #include "foundation/library.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

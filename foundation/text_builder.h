@@ -1,4 +1,5 @@
-// A growing text block: the preprocessor's output, the message sink and the parser window's text.
+// The one growing text block of the program: the preprocessor's output, the parser window's text,
+// the makefile and batch file, binary-to-source lines.
 // A failed growth leaves the text as it was and sets `failed`; later appends are dropped.
 #pragma once
 #include <cstddef>

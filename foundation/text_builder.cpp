@@ -1,4 +1,4 @@
-#include "csource/text_buffer.h"
+#include "foundation/text_builder.h"
 
 #include <cstdarg>
 #include <cstring>
