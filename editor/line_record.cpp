@@ -78,6 +78,26 @@ int ColumnOfIndex(const LineRecord* line, int index) {
   return line ? RunColumns(line->text, index) : 0;
 }
 
+int CharacterStartColumn(const LineRecord* line, int column) {
+  int index = UnitIndexAtColumn(line, column);
+  if (index >= LineLength(line)) return column;
+  int start = ColumnOfIndex(line, index);
+  return start < column ? start : column;
+}
+
+int PreviousCharacterColumn(const LineRecord* line, int column) {
+  if (column <= 0) return 0;
+  if (column > LineColumns(line)) return column - 1;
+  int index = UnitIndexAtColumn(line, column);
+  return index > 0 ? ColumnOfIndex(line, PreviousCharacterIndex(line, index)) : 0;
+}
+
+int NextCharacterColumn(const LineRecord* line, int column) {
+  if (column >= LineColumns(line)) return column + 1;
+  int index = UnitIndexAtColumn(line, column);
+  return ColumnOfIndex(line, index) + UnitColumns(line->text[index]);
+}
+
 int NextTabStop(int column, int tabSize) {
   if (tabSize <= 0) tabSize = 8;
   return (column / tabSize + 1) * tabSize;

@@ -62,6 +62,13 @@ int UnitIndexAtColumn(const LineRecord* line, int column);
 // The display column where unit `index` starts.
 int ColumnOfIndex(const LineRecord* line, int index);
 
+// The caret's steps. The start column of the character under `column` (the column itself behind
+// the end of the line); the column one character to the left or right, a wide character and a
+// surrogate pair being one step, the cells behind the end of the line one column each.
+int CharacterStartColumn(const LineRecord* line, int column);
+int PreviousCharacterColumn(const LineRecord* line, int column);
+int NextCharacterColumn(const LineRecord* line, int column);
+
 // The next tab stop after `column` for the loader's tab width (0 and 8 both mean 8).
 int NextTabStop(int column, int tabSize);
 // Expanded length of a run whose first unit stands at `startColumn`; tabs go to the next stop.

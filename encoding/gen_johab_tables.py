@@ -88,8 +88,8 @@ def main():
     print()
     words = ks_syllable_words()
     print("const unsigned kKsSyllableBits[kKsSyllableWords] = {")
-    for i in range(0, len(words), 6):
-        print("    " + ", ".join("0x%08X" % w for w in words[i:i + 6]) + ",")
+    for i in range(0, len(words), 8):
+        print("    " + ", ".join("0x%08X" % w for w in words[i:i + 8]) + ",")
     print("};")
 
 

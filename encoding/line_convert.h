@@ -26,8 +26,9 @@ int Utf8LineToUtf16Count(const char* bytes, int count);
 int Utf8LineToUtf16(const char* bytes, int count, char16_t* target, int targetSize);
 
 // Units below 128 are one byte, every other unit a pair, high byte first (0xD9 0x31 when it has
-// no Johab code; a surrogate pair is one such character). A byte is written only while more than 1 byte of the target remains, a pair
-// only while more than 2 remain; the result is NUL-terminated. Returns the bytes written.
+// no Johab code; a surrogate pair is one such character). A byte is written only while more than 1
+// byte of the target remains, a pair only while more than 2 remain; the result is NUL-terminated.
+// Returns the bytes written.
 int Utf16LineToJohabCount(const char16_t* units, int count);
 int Utf16LineToJohab(const char16_t* units, int count, char* target, int targetSize);
 

@@ -20,5 +20,7 @@ inline bool IsLowSurrogate(char32_t unit) {
 // Units of the character that starts at units[index]: 2 for a surrogate pair, else 1. A pair is
 // one character everywhere: in the columns, the caret's moves, and every conversion.
 inline int CharacterUnits(const char16_t* units, int count, int index) {
-  return index + 1 < count && IsHighSurrogate(units[index]) && IsLowSurrogate(units[index + 1]) ? 2 : 1;
+  bool pair =
+      index + 1 < count && IsHighSurrogate(units[index]) && IsLowSurrogate(units[index + 1]);
+  return pair ? 2 : 1;
 }

@@ -31,24 +31,16 @@ void MoveCaret(EditorWindow* editor, int column, int line, bool extend) {
 // The start column of the character under `column`, so that the caret never stands on the
 // right half of a wide character.
 int OffWideHalf(const LineRecord* line, int column) {
-  int index = UnitIndexAtColumn(line, column);
-  if (index >= LineLength(line)) return column;
-  int start = ColumnOfIndex(line, index);
-  return start < column ? start : column;
+  return CharacterStartColumn(line, column);
 }
 
 int PreviousColumn(const LineRecord* line, int column) {
-  if (column <= 0) return 0;
-  if (column > LineColumns(line)) return column - 1;
-  int index = UnitIndexAtColumn(line, column);
-  return index > 0 ? ColumnOfIndex(line, PreviousCharacterIndex(line, index)) : 0;
+  return PreviousCharacterColumn(line, column);
 }
 
 int NextColumn(const LineRecord* line, int column) {
   if (column >= kCaretColumnLimit) return column;
-  if (column >= LineColumns(line)) return column + 1;
-  int index = UnitIndexAtColumn(line, column);
-  return ColumnOfIndex(line, index) + UnitColumns(line->text[index]);
+  return NextCharacterColumn(line, column);
 }
 
 // The cell under a client point, clamped to the document.

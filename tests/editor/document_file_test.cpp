@@ -447,6 +447,19 @@ TEST_F(DocumentFile, LineRecordsHaveTheirTwoSizes) {
   EXPECT_EQ(CharacterUnitsAt(line, 1), 2);
   EXPECT_EQ(CharacterUnitsAt(line, 3), 1);
   FreeLine(line);
+  // The caret's steps over a, the pair (columns 1-2), b, 가 (4-5) and the cells behind the end.
+  std::u16string mixed = u"a\U0001F600b가";
+  line = MakeLine(mixed.data(), 5);
+  struct Step {
+    int column, start, previous, next;
+  } steps[] = {{0, 0, 0, 1}, {1, 1, 0, 3}, {2, 1, 0, 3}, {3, 3, 1, 4},
+               {4, 4, 3, 6}, {5, 4, 3, 6}, {6, 6, 4, 7}, {8, 8, 7, 9}};
+  for (const Step& step : steps) {
+    EXPECT_EQ(CharacterStartColumn(line, step.column), step.start) << step.column;
+    EXPECT_EQ(PreviousCharacterColumn(line, step.column), step.previous) << step.column;
+    EXPECT_EQ(NextCharacterColumn(line, step.column), step.next) << step.column;
+  }
+  FreeLine(line);
 }
 
 }  // namespace

@@ -187,7 +187,8 @@ TEST_F(EncodingConformance, JohabCodesAreTheMappedOnes) {
   for (unsigned code : Codes(kSymbolJohab)) unknown += !IsJohabCode(code);
   for (unsigned code : Codes(kHanjaJohab)) unknown += !IsJohabCode(code);
   EXPECT_EQ(unknown, 0);
-  for (unsigned code : {0xD930u, 0xD97Fu, 0xD990u, 0xDF31u, 0xE0FFu, 0xFA31u}) EXPECT_FALSE(IsJohabCode(code)) << std::hex << code;
+  for (unsigned code : {0xD930u, 0xD97Fu, 0xD990u, 0xDF31u, 0xE0FFu, 0xFA31u})
+    EXPECT_FALSE(IsJohabCode(code)) << std::hex << code;
 }
 
 unsigned Crc32(const std::string& bytes) {

@@ -152,7 +152,8 @@ TEST(EncodingDetect, KoreanLinesAloneInBothEncodings) {
 
 TEST(EncodingDetect, JohabNeedsFourPairsNineInTenEveryday) {
   const std::string hangul = "\xD0\x65\x8B\x69\xCC\x61\xB7\xA9";  // 한글파일 in Johab
-  const std::string nine = "\x88\x61\x90\x61\x94\x61\x9C\x61\xA0\x61\xA4\x61\xAC\x61\xB4\x61\xB8\x61";
+  const std::string nine =
+      "\x88\x61\x90\x61\x94\x61\x9C\x61\xA0\x61\xA4\x61\xAC\x61\xB4\x61\xB8\x61";  // 가나다라마바사아자
   const std::string rare = "\xC1\x64";  // a syllable that KS X 1001 leaves out
   const std::string box(20, '\xC4');
   struct Case {
@@ -171,7 +172,8 @@ TEST(EncodingDetect, JohabNeedsFourPairsNineInTenEveryday) {
       {hangul + "\xD9", false},                        // a lead at the end
       {hangul + "\xD9\x31\xE0\x31 a \x88\x41", true},  // a symbol, a hanja, a lone letter
   };
-  for (const Case& c : cases) EXPECT_EQ(Prefers(c.bytes), c.johab) << testing::PrintToString(c.bytes);
+  for (const Case& c : cases)
+    EXPECT_EQ(Prefers(c.bytes), c.johab) << testing::PrintToString(c.bytes);
   int bom = -1;
   EXPECT_TRUE(EucKr(hangul) && Johab(hangul));
   EXPECT_EQ(Opened(hangul.data(), static_cast<int>(hangul.size()), &bom), JOHAP);

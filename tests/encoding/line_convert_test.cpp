@@ -136,7 +136,8 @@ TEST_F(LineConvert, Utf8OldFormsPairsAndBrokenSequences) {
       {"\xC0\x8A*", u"\u00C0\u008A*"},
       {"\xF0\x80\x80\x8D", u"\u00F0\u0080\u0080\u008D"},
   };
-  for (const Case& c : reads) EXPECT_EQ(DecodeUtf8(c.bytes), c.units) << testing::PrintToString(c.bytes);
+  for (const Case& c : reads)
+    EXPECT_EQ(DecodeUtf8(c.bytes), c.units) << testing::PrintToString(c.bytes);
   Case writes[] = {
       {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF", u"\x7F\x80\u07FF\u0800\uFFFF"},
       {"\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF", u"\U0001F600\U0010FFFF"},
