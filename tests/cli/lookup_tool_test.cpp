@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -69,7 +70,10 @@ TEST_F(LookupTool, UsageAndMissingFiles) {
 TEST(LookupWindowsHeaders, FindsTheirDefinitions) {
   const std::string headers = "/usr/share/mingw-w64/include";
   if (!std::filesystem::exists(headers + "/windows.h")) GTEST_SKIP() << "no MinGW-w64 headers";
-  std::string source = testing::TempDir() + "quill_lookup_windows.c";
+  // A name of this run's own: test runs of several checkouts share the temporary folder.
+  std::string source =
+      testing::TempDir() + "quill_lookup_windows_" +
+      std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".c";
   std::ofstream(source) << "#include <windows.h>\nint main(void) { return 0; }\n";
   auto lookup = [&](const char* word) { return Tool("lookup -I " + headers + " " + source + " " + word); };
   ToolRun run = lookup("CreateWindowExW");
