@@ -14,12 +14,6 @@ namespace {
 constexpr unsigned kDoubleTabMs = 400;
 constexpr int kTabKeyWidth = 4;
 
-void MoveCaret(EditorView* view, int column, int line) {
-  view->caretColumn = column;
-  view->caretLine = line;
-  CollapseSelection(view);
-  EditorCaretMoved(view);
-}
 
 // A caret left inside a wide character (a shift or a column block moved the text under it)
 // stands at that character's first column before an edit, so that the edit is recorded where it
@@ -100,13 +94,13 @@ bool InsertRecorded(EditorView* view, const char16_t* units, int count, int bloc
       FreeMem(change.oldText);
       return false;
     }
-    MoveCaret(view, end.column, end.line);
+    SetCaret(view, end.column, end.line);
     EndLinesChange(&change);
   } else {
     if (!InsertStream(document, at, units, count, &end)) return false;
     PushUndo(view, kUndoInsert, at.column, at.line, units, count);
     PushUndoMark(view, kUndoInsert, end.column, end.line);
-    MoveCaret(view, end.column, end.line);
+    SetCaret(view, end.column, end.line);
   }
   document->modified = 1;
   return true;
@@ -124,7 +118,7 @@ bool DeleteSelection(EditorView* view) {
     LinesChange change;
     if (!BeginLinesChange(view, from.line, to.line, &change)) return false;
     DeleteColumns(document, from, to);
-    MoveCaret(view, from.column, from.line);
+    SetCaret(view, from.column, from.line);
     EndLinesChange(&change);
   } else {
     // A stream starts and ends on a character of the text: behind the end of a line it stands
@@ -144,7 +138,7 @@ bool DeleteSelection(EditorView* view) {
     }
     FreeMem(text);
     DeleteStream(document, from, to);
-    MoveCaret(view, from.column, from.line);
+    SetCaret(view, from.column, from.line);
   }
   document->modified = 1;
   EditorRepaintAll(view);
@@ -203,7 +197,7 @@ void KeyEnter(EditorView* view) {
     if (!SplitLine(document, line, 0, 0)) return;
     PushUndoUnit(view, kUndoInsert, 0, line, 13);
     PushUndoMark(view, kUndoInsert, 0, line + 1);
-    MoveCaret(view, Indentation(document->lines[line + 1]), line + 1);
+    SetCaret(view, Indentation(document->lines[line + 1]), line + 1);
   } else {
     const LineRecord* record = document->lines[line];
     int indent = Indentation(record);
@@ -216,7 +210,7 @@ void KeyEnter(EditorView* view) {
     for (int left = indent; left > 0; left -= 64)
       PushUndo(view, kUndoInsert, column, line, spaces, left < 64 ? left : 64);
     PushUndoMark(view, kUndoInsert, indent, line + 1);
-    MoveCaret(view, indent, line + 1);
+    SetCaret(view, indent, line + 1);
   }
   // A line break ends the typing record: Ctrl+Z takes typing back a line at a time.
   CloseUndoRecord(document);
@@ -232,7 +226,7 @@ void KeyBackspace(EditorView* view) {
   int column = view->caretColumn;
   if (column == 0) {
     if (line == 0 || line >= document->lineCount) {
-      if (line > 0) MoveCaret(view, LineColumns(DocumentLine(document, line - 1)), line - 1);
+      if (line > 0) SetCaret(view, LineColumns(DocumentLine(document, line - 1)), line - 1);
       return;
     }
     int joinColumn = LineColumns(document->lines[line - 1]);
@@ -240,7 +234,7 @@ void KeyBackspace(EditorView* view) {
     // As for any Backspace: the mark where the caret was, then the removed unit where it went.
     PushUndoMark(view, kUndoBackspace, 0, line);
     PushUndoUnit(view, kUndoBackspace, joinColumn, line - 1, 13);
-    MoveCaret(view, joinColumn, line - 1);
+    SetCaret(view, joinColumn, line - 1);
     document->modified = 1;
     EditorRepaintAll(view);
     return;
@@ -248,7 +242,7 @@ void KeyBackspace(EditorView* view) {
   const LineRecord* record = DocumentLine(document, line);
   if (column > LineColumns(record)) {
     // Behind the end of the line there is nothing to remove: the caret only steps left.
-    MoveCaret(view, column - 1, line);
+    SetCaret(view, column - 1, line);
     return;
   }
   int index = UnitIndexAtColumn(record, column);
@@ -260,7 +254,7 @@ void KeyBackspace(EditorView* view) {
   PushUndo(view, kUndoBackspace, newColumn, line, record->text + start, index - start);
   ReplaceUnits(document, line, start, index - start, nullptr, 0);
   document->modified = 1;
-  MoveCaret(view, newColumn, line);
+  SetCaret(view, newColumn, line);
   RepaintForUnit(view, unit);
 }
 

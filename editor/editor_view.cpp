@@ -1,5 +1,7 @@
 #include "editor/editor_view.h"
 
+#include "editor/editor_host.h"
+
 Selection NormalisedSelection(const EditorView* view) {
   Selection s = {view->selStartColumn, view->selStartLine, view->selEndColumn, view->selEndLine};
   if (view->blockMode == 1) {
@@ -39,4 +41,11 @@ bool PlaceCaret(EditorView* view, int column, int line, bool extend) {
     CollapseSelection(view);
   }
   return hadSelection || HasSelection(view);
+}
+
+void SetCaret(EditorView* view, int column, int line) {
+  view->caretColumn = column;
+  view->caretLine = line;
+  CollapseSelection(view);
+  EditorCaretMoved(view);
 }

@@ -43,3 +43,6 @@ void CollapseSelection(EditorView* view);
 // was (or from the old selection's start), otherwise it goes. True when a selection was or is
 // shown, so that the view has to be repainted.
 bool PlaceCaret(EditorView* view, int column, int line, bool extend);
+// After an edit, undo or a search: the caret at (column, line) with nothing selected, and the
+// window told that it moved.
+void SetCaret(EditorView* view, int column, int line);

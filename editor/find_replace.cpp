@@ -73,12 +73,6 @@ bool ReplaceAt(ReplaceRun* run, int line, int index, int length) {
   return true;
 }
 
-void PlaceCaret(EditorView* view, int column, int line) {
-  view->caretColumn = column;
-  view->caretLine = line;
-  CollapseSelection(view);
-  EditorCaretMoved(view);
-}
 
 }  // namespace
 
@@ -272,7 +266,7 @@ int ReplaceAll(EditorView* view, SearchRequest* request) {
     return 0;
   }
   document->modified = 1;
-  PlaceCaret(view, caretColumn, caretLine);
+  SetCaret(view, caretColumn, caretLine);
   EditorRepaintAll(view);
   return replaced;
 }

@@ -179,12 +179,6 @@ void Unlink(UndoRecord** list, UndoRecord* record, UndoRecord** target) {
   *target = record;
 }
 
-void PlaceCaret(EditorView* view, int column, int line) {
-  view->caretColumn = column;
-  view->caretLine = line;
-  CollapseSelection(view);
-  EditorCaretMoved(view);
-}
 
 // The bookmarks the record saw, where it holds them; repaint when they change.
 void RestoreBookmarks(EditorView* view, const UndoRecord* record) {
@@ -419,37 +413,37 @@ void UndoRecordOf(EditorView* view, UndoRecord* record) {
   switch (record->kind) {
     case kUndoInsert:
       DeleteBetween(document, StartOf(record), EndOf(record), record->blockMode);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoDelete:
       InsertAt(document, StartOf(record), record, record->blockMode);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoBackspace:
       InsertAt(document, EndOf(record), record, 0);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoCaret:
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoShift:
       ShiftLinesBy(document, record->startLine, ShiftAmounts(record), ShiftLineCount(record), -1);
       break;
     case kUndoReplace:
       ReplaceAtPlaces(document, record, true);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoFill: {
       TextPosition a = StartOf(record), b = EndOf(record);
       Order(&a, &b, 1);
       RestoreFilledLines(document, record, a.line);
-      PlaceCaret(view, a.column, a.line);
+      SetCaret(view, a.column, a.line);
       break;
     }
     case kUndoLines:
       PutLines(document, record->startLine, record->newLineCount, record->text,
                record->oldTextLength, record->oldLineCount);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     default:
       break;
@@ -475,7 +469,7 @@ void RedoRecordOf(EditorView* view, UndoRecord* record) {
         InsertColumns(document, at, record->text, record->textLength, &end);
       else
         InsertStream(document, at, record->text, record->textLength, &end);
-      PlaceCaret(view, end.column, end.line);
+      SetCaret(view, end.column, end.line);
       break;
     }
     case kUndoDelete:
@@ -483,34 +477,34 @@ void RedoRecordOf(EditorView* view, UndoRecord* record) {
         DeleteBetween(document, StartOf(record), EndOf(record), record->blockMode);
       else
         DeleteForward(document, StartOf(record), record->textLength);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoBackspace:
       DeleteBetween(document, EndOf(record), StartOf(record), 0);
-      PlaceCaret(view, record->endColumn, record->endLine);
+      SetCaret(view, record->endColumn, record->endLine);
       break;
     case kUndoCaret:
-      PlaceCaret(view, record->endColumn, record->endLine);
+      SetCaret(view, record->endColumn, record->endLine);
       break;
     case kUndoShift:
       ShiftLinesBy(document, record->startLine, ShiftAmounts(record), ShiftLineCount(record), 1);
       break;
     case kUndoReplace:
       ReplaceAtPlaces(document, record, false);
-      PlaceCaret(view, record->startColumn, record->startLine);
+      SetCaret(view, record->startColumn, record->startLine);
       break;
     case kUndoFill: {
       TextPosition a = StartOf(record), b = EndOf(record);
       Order(&a, &b, 1);
       FillColumns(document, a, b, record->fillCharacter);
-      PlaceCaret(view, a.column, a.line);
+      SetCaret(view, a.column, a.line);
       break;
     }
     case kUndoLines:
       PutLines(document, record->startLine, record->oldLineCount,
                record->text + record->oldTextLength, record->textLength - record->oldTextLength,
                record->newLineCount);
-      PlaceCaret(view, record->endColumn, record->endLine);
+      SetCaret(view, record->endColumn, record->endLine);
       break;
     default:
       break;

@@ -36,12 +36,6 @@ bool RunAround(const LineRecord* line, int index, bool (*member)(char16_t), int*
   return true;
 }
 
-void PlaceCaret(EditorView* view, TextPosition at) {
-  view->caretColumn = at.column;
-  view->caretLine = at.line;
-  CollapseSelection(view);
-  EditorCaretMoved(view);
-}
 
 // The caret as a unit index, a caret behind the end of its line taken as standing at the end.
 int CaretIndex(const EditDocument* document, TextPosition at) {
@@ -112,11 +106,13 @@ TextPosition NextWordStart(const EditDocument* document, TextPosition from) {
 }
 
 void CaretToPreviousWord(EditorView* view) {
-  PlaceCaret(view, PreviousWordStart(view->document, {view->caretColumn, view->caretLine}));
+  TextPosition to = PreviousWordStart(view->document, {view->caretColumn, view->caretLine});
+  SetCaret(view, to.column, to.line);
 }
 
 void CaretToNextWord(EditorView* view) {
-  PlaceCaret(view, NextWordStart(view->document, {view->caretColumn, view->caretLine}));
+  TextPosition to = NextWordStart(view->document, {view->caretColumn, view->caretLine});
+  SetCaret(view, to.column, to.line);
 }
 
 void DeletePreviousWord(EditorView* view) {
@@ -125,14 +121,15 @@ void DeletePreviousWord(EditorView* view) {
   TextPosition to = {view->caretColumn, view->caretLine};
   if (to.line >= document->lineCount) {
     // Below the text there is nothing to delete: only the caret moves.
-    PlaceCaret(view, PreviousWordStart(document, to));
+    TextPosition start = PreviousWordStart(document, to);
+    SetCaret(view, start.column, start.line);
     return;
   }
   int lineEnd = LineColumns(DocumentLine(document, to.line));
   if (to.column > lineEnd) to.column = lineEnd;
   TextPosition from = PreviousWordStart(document, to);
   if (from.line == to.line && from.column == to.column) {
-    PlaceCaret(view, from);
+    SetCaret(view, from.column, from.line);
     return;
   }
   int count = CollectRange(document, from, to, 0, false, false, nullptr);
@@ -147,7 +144,7 @@ void DeletePreviousWord(EditorView* view) {
   }
   DeleteStream(document, from, to);
   document->modified = 1;
-  PlaceCaret(view, from);
+  SetCaret(view, from.column, from.line);
   if (from.line != to.line)
     EditorRepaintAll(view);
   else
