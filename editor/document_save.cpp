@@ -230,6 +230,13 @@ bool SaveDocument(EditorView* view, bool asCopy) {
   document->modified = 0;
   document->untitled = 0;
   EditorTitleChanged(view);
+  if (!file.plain) {
+    // A device or a pipe has no time of its own to compare, and opening a pipe to look would
+    // wait for a writer.
+    document->fileStamp = kMissingFileStamp;
+    document->noCheck = 1;
+    return true;
+  }
   FileHandle written =
       FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
   document->fileStamp = written == kInvalidFile ? kMissingFileStamp : FileStamp(written);

@@ -14,14 +14,17 @@ constexpr unsigned kErrorShortWrite = kErrorDiskFull;
 constexpr unsigned kErrorNameTooLong = 206;
 
 void Flush(SafeFile* file) {
-  if (file->used == 0 || file->error) {
-    file->used = 0;
-    return;
-  }
-  unsigned done = 0;
-  if (!FileWrite(file->file, file->buffer, file->used, &done) || done != file->used) {
-    file->error = FileLastError();
-    if (file->error == 0) file->error = kErrorShortWrite;
+  // A write may take less than it was given (a pipe, a file at its size limit); the rest goes in
+  // the next call, which then reports what stopped it.
+  for (unsigned at = 0; at < file->used && !file->error;) {
+    unsigned done = 0;
+    if (!FileWrite(file->file, file->buffer + at, file->used - at, &done)) {
+      file->error = FileLastError();
+      if (file->error == 0) file->error = kErrorShortWrite;
+    } else if (done == 0) {
+      file->error = kErrorShortWrite;
+    }
+    at += done;
   }
   file->used = 0;
 }
@@ -88,12 +91,14 @@ bool SafeFileLocate(SafeFile* file, const char* target) {
   memset(file, 0, sizeof *file);
   file->file = kInvalidFile;
   file->attributes = kNoAttributes;
+  file->plain = true;
   if (!FileResolveLinks(target, file->target, sizeof file->target))
     return Fail(file, FileLastError());
   FileFacts facts;
   if (FileGetFacts(file->target, &facts)) {
     if (facts.attributes & kAttrDirectory) return Fail(file, kErrorAccessDenied);
     file->attributes = facts.attributes;
+    file->plain = facts.regular;
     file->inPlace = !facts.regular || facts.links > 1;
     file->keptCopy = file->inPlace && facts.regular;
   }

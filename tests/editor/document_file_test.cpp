@@ -1,6 +1,14 @@
 // Loading and saving: the encodings, line ends, tabs, the size and text checks and their
 // messages, and saves that fail without harming the file on disk.
 #include <filesystem>
+#include <thread>
+
+#ifndef _WIN32
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#endif
 
 #include "editor/text_edit.h"
 #include "editor/undo.h"
@@ -204,23 +212,28 @@ TEST_F(DocumentFile, EveryEncodingWritesItsOwnBytesAndLineEnds) {
   EXPECT_EQ(Save(), std::string("\x00\xAC" "a\0\n\0\n\0", 8));
 }
 
-TEST_F(DocumentFile, AFailedSaveKeepsTheOldFileAndTheModifiedMark) {
+TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   ASSERT_TRUE(Load("original\r\n"));
   SetText({"changed"});
   document->modified = 1;
-  std::filesystem::permissions(std::filesystem::u8path(document->path),
-                               std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
+  auto path = std::filesystem::u8path(document->path);
+  auto readOnly = std::filesystem::perms::owner_read | std::filesystem::perms::group_read;
+  std::filesystem::permissions(path, readOnly);
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], std::string("'") + document->path + "' 파일이 만들어지지 않습니다.");
+  EXPECT_EQ(messages[0], std::string("'") + document->path + "' 파일은 읽기 전용입니다. 그래도 저장할까요?");
+  EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNo);
   EXPECT_EQ(document->modified, 1);
   EXPECT_EQ(ReadBytes(document->path), "original\r\n");
-  std::filesystem::permissions(std::filesystem::u8path(document->path), std::filesystem::perms::owner_all);
+  answers = {kIdYes};
   EXPECT_EQ(Save(), "changed\r\n");
   EXPECT_EQ(document->modified, 0);
+  EXPECT_EQ(std::filesystem::status(path).permissions() & std::filesystem::perms::owner_write,
+            std::filesystem::perms::none);
   // Nothing of the safe save is left beside the file.
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 TEST_F(DocumentFile, SaveAsCopyLeavesTheDocumentsStateAlone) {
@@ -390,3 +403,154 @@ TEST_F(DocumentFile, AStrayLeadByteLosesNothingBehindIt) {
 }
 
 }  // namespace
+
+#ifndef _WIN32
+namespace {
+
+namespace fs = std::filesystem;
+
+// The name that a save of `path` must leave alone: what it is and, for a plain file, its inode.
+struct Identity {
+  fs::file_type type;
+  ino_t inode;
+  bool operator==(const Identity& other) const {
+    return type == other.type && inode == other.inode;
+  }
+};
+
+Identity IdentityOf(const std::string& path) {
+  struct stat info;
+  lstat(path.c_str(), &info);
+  return {fs::symlink_status(path).type(), info.st_ino};
+}
+
+TEST_F(DocumentFile, LinksStayLinksAndHardLinkedFilesAreWrittenWhereTheyAre) {
+  WriteBytes(In("real.cpp"), "old\n");
+  fs::permissions(In("real.cpp"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  fs::create_symlink("real.cpp", In("link.cpp"));
+  fs::create_symlink(In("link.cpp"), In("link2.cpp"));  // a chain, absolute this time
+  fs::create_symlink("absent.cpp", In("dangling.cpp"));
+  fs::create_hard_link(In("real.cpp"), In("other.cpp"));
+  fs::create_hard_link(In("real.cpp"), In("third.cpp"));
+  struct Case {
+    const char* saved;
+    const char* text;
+    const char* readBack;  // the name whose bytes show the save
+  };
+  const Case cases[] = {
+      {"link.cpp", "one", "real.cpp"},     {"link2.cpp", "two", "other.cpp"},
+      {"other.cpp", "three", "third.cpp"}, {"real.cpp", "four", "link.cpp"},
+      {"dangling.cpp", "five", "absent.cpp"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.saved);
+    std::vector<Identity> before;
+    for (const char* name : {"real.cpp", "link.cpp", "link2.cpp", "dangling.cpp", "other.cpp"})
+      before.push_back(IdentityOf(In(name)));
+    snprintf(document->path, sizeof document->path, "%s", In(c.saved).c_str());
+    document->untitled = 0;
+    document->lfOnly = 1;
+    SetText({c.text});
+    EXPECT_TRUE(SaveDocument(&view, false));
+    EXPECT_EQ(ReadBytes(In(c.readBack)), std::string(c.text) + "\n");
+    std::vector<Identity> after;
+    for (const char* name : {"real.cpp", "link.cpp", "link2.cpp", "dangling.cpp", "other.cpp"})
+      after.push_back(IdentityOf(In(name)));
+    EXPECT_EQ(before, after);
+    EXPECT_EQ(fs::hard_link_count(In("real.cpp")), 3u);
+    EXPECT_EQ(fs::status(In("real.cpp")).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  }
+  EXPECT_TRUE(messages.empty());
+  // No temporary and no kept copy beside any of them.
+  for (const auto& entry : fs::directory_iterator(fs::u8path(In(""))))
+    EXPECT_EQ(entry.path().string().find(".~q"), std::string::npos) << entry.path();
+
+  // A plain file with one name is replaced, and keeps its mode.
+  fs::remove(In("link2.cpp"));
+  fs::remove(In("dangling.cpp"));
+  WriteBytes(In("alone.cpp"), "x\n");
+  fs::permissions(In("alone.cpp"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  ino_t inode = IdentityOf(In("alone.cpp")).inode;
+  snprintf(document->path, sizeof document->path, "%s", In("alone.cpp").c_str());
+  EXPECT_TRUE(SaveDocument(&view, false));
+  EXPECT_NE(IdentityOf(In("alone.cpp")).inode, inode);
+  EXPECT_EQ(fs::status(In("alone.cpp")).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+}
+
+TEST_F(DocumentFile, APipeIsWrittenInPlace) {
+  ASSERT_EQ(mkfifo(In("pipe").c_str(), 0600), 0);
+  std::string received;
+  std::thread reader([&] { received = ReadBytes(In("pipe")); });
+  snprintf(document->path, sizeof document->path, "%s", In("pipe").c_str());
+  document->untitled = 0;
+  SetText({"through", "the pipe"});
+  EXPECT_TRUE(SaveDocument(&view, false));
+  reader.join();
+  EXPECT_EQ(received, "through\r\nthe pipe\r\n");
+  EXPECT_TRUE(fs::is_fifo(In("pipe")));
+  EXPECT_EQ(document->noCheck, 1);  // looking at its time would wait for another writer
+  EXPECT_FALSE(fs::exists(In("pipe.~qs")));
+}
+
+TEST_F(DocumentFile, ADeviceIsWrittenInPlaceAndAFullOneFailsWithItsMessage) {
+  // Our own nodes of the null and the full device: a save that replaced them would otherwise
+  // take the machine's devices away.
+  if (mknod(In("full").c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0 ||
+      mknod(In("null").c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0)
+    GTEST_SKIP() << "no permission to make device nodes";
+  SetText({"text"});
+  document->untitled = 0;
+  document->modified = 1;
+  snprintf(document->path, sizeof document->path, "%s", In("null").c_str());
+  EXPECT_TRUE(SaveDocument(&view, true));
+  EXPECT_TRUE(fs::is_character_file(In("null")));
+  snprintf(document->path, sizeof document->path, "%s", In("full").c_str());
+  EXPECT_FALSE(SaveDocument(&view, false));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], "/: 드라이브 공간이 부족합니다.");
+  EXPECT_EQ(document->modified, 1);
+  EXPECT_TRUE(fs::is_character_file(In("full")));
+  EXPECT_FALSE(fs::exists(In("full.~qs")));
+  EXPECT_FALSE(fs::exists(In("full.~qb")));
+}
+
+// A write that stops half way (the file-size limit cuts it off as a full disk would) leaves the
+// old bytes, whether the file was being replaced or written in place.
+TEST_F(DocumentFile, AFailedWriteLeavesEveryByteOfTheOldFile) {
+  const std::string original = "original\r\n";
+  WriteBytes(In("plain.cpp"), original);
+  WriteBytes(In("linked.cpp"), original);
+  fs::create_hard_link(In("linked.cpp"), In("second.cpp"));
+  std::vector<std::string> lines(40, std::string(60, 'x'));
+  for (const char* name : {"plain.cpp", "linked.cpp"}) {
+    SCOPED_TRACE(name);
+    messages.clear();
+    SetText(lines);
+    snprintf(document->path, sizeof document->path, "%s", In(name).c_str());
+    document->untitled = 0;
+    document->modified = 1;
+    struct rlimit old;
+    getrlimit(RLIMIT_FSIZE, &old);
+    struct rlimit limit = old;
+    limit.rlim_cur = 1000;
+    auto previous = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    bool saved = SaveDocument(&view, false);
+    setrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, previous);
+    EXPECT_FALSE(saved);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0], "'" + In(name) + "' 파일이 기록되지 않습니다.");
+    EXPECT_EQ(ReadBytes(In(name)), original);
+    EXPECT_EQ(document->modified, 1);
+  }
+  EXPECT_EQ(ReadBytes(In("second.cpp")), original);
+  EXPECT_EQ(fs::hard_link_count(In("linked.cpp")), 2u);
+  for (const auto& entry : fs::directory_iterator(fs::u8path(In(""))))
+    EXPECT_EQ(entry.path().string().find(".~q"), std::string::npos) << entry.path();
+}
+
+}  // namespace
+#endif
