@@ -13,6 +13,7 @@
 #include "editor/text_edit.h"
 #include "editor/undo.h"
 #include "encoding/text_encoding.h"
+#include "encoding/unmappable.h"
 #include "tests/editor/editor_fixture.h"
 
 namespace {
@@ -234,6 +235,69 @@ TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+}
+
+TEST_F(DocumentFile, CharactersTheEncodingCannotHoldAreCountedOncePerCharacter) {
+  const char16_t pairAndLone[] = {u'\u00e9', 0xD83D, 0xDE00, u'x', 0xD800, 0};
+  struct Case {
+    std::u16string text;
+    int encoding;
+    int count;
+    int first;
+  } cases[] = {
+      {u"가a똠€·Ω\u3000", EUCKR, 0, -1},  // extended code page syllables and symbols are there
+      {u"가a똠€·Ω\u3000", JOHAP, 0, -1},
+      {u"가\u00e9", EUCKR, 1, 1},           // no code at all
+      {u"ab\u4e02", JOHAP, 1, 2},
+      {pairAndLone, EUCKR, 3, 0},           // a pair is one character, a lone half another
+      {pairAndLone, JOHAP, 3, 0},
+      {pairAndLone, UTF8, 0, -1},
+      {pairAndLone, UTF16, 0, -1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Utf8(c.text) + " in " + std::to_string(c.encoding));
+    int first = 99;
+    EXPECT_EQ(CountUnmappable(c.text.data(), static_cast<int>(c.text.size()), c.encoding, &first),
+              c.count);
+    EXPECT_EQ(first, c.first);
+  }
+  // Over a document: every line counts, the first one is placed by line and display column.
+  SetText({"abc", "\t가\u00e9", "\u00e9\U0001F600"});
+  UnmappableText found = FindUnmappable(document, EUCKR);
+  EXPECT_EQ(found.count, 3);
+  EXPECT_EQ(found.line, 2);
+  EXPECT_EQ(found.column, 11);  // eight columns of the tab, two of 가
+  EXPECT_EQ(FindUnmappable(document, UTF8).count, 0);
+}
+
+TEST_F(DocumentFile, ASaveAsksBeforeSubstitutingAndCanSwitchToUtf8) {
+  ASSERT_TRUE(Load("\xb0\xa1\r\n", "k.txt"));
+  ASSERT_EQ(document->encoding, EUCKR);
+  SetText({"가\u4e02", "x\u4e02"});
+  // Cancel: nothing written, nothing changed.
+  EXPECT_FALSE(SaveDocument(&view, false));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], "'" + In("k.txt") +
+                             "' 파일에 EUCKR(으)로 저장할 수 없는 문자가 2개 있습니다. (첫 문자: 1행 3열)"
+                             "\n\n예: UTF-8로 바꾸어 저장합니다.\n아니오: 그대로 저장합니다. 그 문자들은 다른 "
+                             "문자로 바뀝니다.\n취소: 저장하지 않습니다.");
+  EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNoCancel);
+  EXPECT_EQ(ReadBytes(In("k.txt")), "\xb0\xa1\r\n");
+  EXPECT_EQ(document->encoding, EUCKR);
+  // No: the encoding's substitutes, as before.
+  answers = {kIdNo};
+  EXPECT_EQ(Save(), "\xb0\xa1?\r\nx?\r\n");
+  EXPECT_EQ(document->encoding, EUCKR);
+  // Yes: the document becomes UTF-8 without a mark.
+  document->hasBom = 1;
+  answers = {kIdYes};
+  EXPECT_EQ(Save(), "\xea\xb0\x80\xe4\xb8\x82\r\nx\xe4\xb8\x82\r\n");
+  EXPECT_EQ(document->encoding, UTF8);
+  EXPECT_EQ(document->hasBom, 0);
+  EXPECT_EQ(messages.size(), 3u);
+  // Now that it holds everything, no more questions.
+  Save();
+  EXPECT_EQ(messages.size(), 3u);
 }
 
 TEST_F(DocumentFile, SaveAsCopyLeavesTheDocumentsStateAlone) {
