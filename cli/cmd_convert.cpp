@@ -94,13 +94,14 @@ int RunConvertCommand(int argc, char** argv) {
     document->untitled = 0;
     int encoding = document->encoding ? document->encoding : ReadUnrecognisedEncoding();
     UnmappableText unmappable = FindUnmappable(document, encoding);
-    tool.editorHost.askUnmappable = SaveAnyway;
+    if (options.force) tool.editorHost.askUnmappable = SaveAnyway;
     if (unmappable.count > 0 && !options.force) {
       // A script must not get substitutes it did not ask for.
       fprintf(stderr,
-              "quill-tool: convert: %d characters cannot be written in %s, the first at line %d, "
+              "quill-tool: convert: %d character%s cannot be written in %s, the first at line %d, "
               "column %d (--force writes substitutes)\n",
-              unmappable.count, EncodingName(encoding), unmappable.line, unmappable.column);
+              unmappable.count, unmappable.count == 1 ? "" : "s", EncodingName(encoding),
+              unmappable.line, unmappable.column);
     } else if (SaveDocument(&tool.view, true)) {
       status = kExitOk;
     } else {

@@ -89,12 +89,17 @@ LocalTime EditorLocalTime() {
   return {now.year, now.month, now.day, now.hour, now.minute};
 }
 
+void FormatUnmappableQuestion(const EditorView* view, int encoding, const UnmappableText* found,
+                              char* text, int size) {
+  const char* name = EncodingName(encoding);
+  FormatStr(text, size, GetStr(kMessageUnmappable),
+            view && view->document ? view->document->path : "", name ? name : "", found->count,
+            found->line, found->column);
+}
+
 int EditorAskUnmappable(EditorView* view, int encoding, const UnmappableText* found) {
   if (g_host->askUnmappable) return g_host->askUnmappable(g_host->context, view, encoding, found);
   char text[1600];
-  const char* name = EncodingName(encoding);
-  FormatStr(text, sizeof text, GetStr(kMessageUnmappable),
-            view && view->document ? view->document->path : "", name ? name : "", found->count,
-            found->line, found->column);
+  FormatUnmappableQuestion(view, encoding, found, text, sizeof text);
   return HostMessage(text, kMbYesNoCancel | kMbIconQuestion);
 }

@@ -68,3 +68,6 @@ bool EditorOpenTerminal(EditDocument* document, const char* specification);
 unsigned EditorTickCount();
 LocalTime EditorLocalTime();
 int EditorAskUnmappable(EditorView* view, int encoding, const UnmappableText* found);
+// Message 161 filled in for the document of `view`.
+void FormatUnmappableQuestion(const EditorView* view, int encoding, const UnmappableText* found,
+                              char* text, int size);
