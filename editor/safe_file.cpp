@@ -40,15 +40,21 @@ bool ReadOnly(const SafeFile* file) {
   return file->attributes != kNoAttributes && (file->attributes & kAttrReadOnly);
 }
 
-// The attribute goes while the file is written in place (the user agreed to write it) and comes
+constexpr unsigned kAttrGuarded = kAttrReadOnly | kAttrHidden | kAttrSystem;
+
+// Read-only goes while the file is written in place (the user agreed to write it), hidden and
+// system while its old bytes are copied back (the system copies onto no such file); all come
 // back afterwards.
 void RestoreAttributes(SafeFile* file) {
-  if (ReadOnly(file)) FileSetAttributes(file->target, file->attributes);
+  if (file->attributes != kNoAttributes && (file->attributes & kAttrGuarded))
+    FileSetAttributes(file->target, file->attributes);
 }
 
 // In place: the old bytes go back where they were, and their copy away.
 void PutOldBytesBack(SafeFile* file) {
   if (file->keptCopy) {
+    if (file->attributes & (kAttrHidden | kAttrSystem))
+      FileSetAttributes(file->target, file->attributes & ~kAttrGuarded);
     FileCopy(file->temporary, file->target, false);
     FileDelete(file->temporary);
     file->keptCopy = false;

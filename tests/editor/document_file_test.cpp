@@ -15,6 +15,7 @@
 #include "editor/undo.h"
 #include "encoding/text_encoding.h"
 #include "encoding/unmappable.h"
+#include "foundation/fileutil.h"
 #include "tests/editor/editor_fixture.h"
 
 namespace {
@@ -236,6 +237,20 @@ TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+#ifdef _WIN32
+  // Hidden and system stay with the file that takes the old one's place, and a second name of
+  // the file sees the new text.
+  ASSERT_TRUE(FileSetAttributes(document->path, kAttrHidden | kAttrSystem | kAttrArchive));
+  SetText({"hidden"});
+  EXPECT_EQ(Save(), "hidden\r\n");
+  EXPECT_EQ(FileGetAttributes(document->path) & (kAttrHidden | kAttrSystem), kAttrHidden | kAttrSystem);
+  ASSERT_TRUE(FileSetAttributes(document->path, kAttrArchive));
+  std::filesystem::create_hard_link(path, std::filesystem::u8path(In("second.cpp")));
+  SetText({"linked"});
+  EXPECT_EQ(Save(), "linked\r\n");
+  EXPECT_EQ(ReadBytes(In("second.cpp")), "linked\r\n");
+  EXPECT_EQ(std::filesystem::hard_link_count(path), 2u);
+#endif
 }
 
 TEST_F(DocumentFile, CharactersTheEncodingCannotHoldAreCountedOncePerCharacter) {
