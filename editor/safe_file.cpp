@@ -168,6 +168,9 @@ bool SafeFileCommit(SafeFile* file) {
     placed = FileMove(file->temporary, file->target);
   } else {
     placed = FileReplace(file->target, file->temporary);
+    // Not every implementation of the replacement carries hidden and system over.
+    if (placed && (file->attributes & (kAttrHidden | kAttrSystem)))
+      FileSetAttributes(file->target, file->attributes);
     // Windows will not replace a read-only file: the attribute steps aside for the replacement,
     // which then carries it again.
     if (!placed && ReadOnly(file) &&
