@@ -16,7 +16,7 @@ struct SafeFile {
   unsigned used;
   unsigned error;       // the first system error, 0 while all is well
   unsigned attributes;  // the target's, kNoAttributes when it does not exist yet
-  bool plain;  // a plain file, or none yet; not a device or a pipe
+  bool plain;           // a plain file, or none yet; not a device or a pipe
   bool inPlace;
   bool keptCopy;  // in place: `temporary` holds the old bytes
 };

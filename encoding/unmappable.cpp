@@ -16,8 +16,8 @@ bool InKoreanCodePage(char16_t unit) {
   char bytes[4];
   int length = OsWideToCodePage(kCodePageKorean, &unit, 1, bytes, sizeof bytes);
   char16_t back[2] = {0, 0};
-  return length > 0 &&
-         OsCodePageToWide(kCodePageKorean, bytes, length, back, 2) == 1 && back[0] == unit;
+  return length > 0 && OsCodePageToWide(kCodePageKorean, bytes, length, back, 2) == 1 &&
+         back[0] == unit;
 }
 
 bool Representable(char16_t unit, int encoding) {

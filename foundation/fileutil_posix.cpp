@@ -259,7 +259,8 @@ bool FileResolveLinks(const char* path, char* resolved, int size) {
     char next[4096];
     const char* slash = strrchr(current, '/');
     int folder = link[0] == '/' || !slash ? 0 : static_cast<int>(slash - current) + 1;
-    if (snprintf(next, sizeof next, "%.*s%s", folder, current, link) >= static_cast<int>(sizeof next)) {
+    if (snprintf(next, sizeof next, "%.*s%s", folder, current, link) >=
+        static_cast<int>(sizeof next)) {
       t_lastError = 206;
       return false;
     }

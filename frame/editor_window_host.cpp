@@ -137,10 +137,9 @@ bool OpenFile(void*, const char* path) {
 }
 
 constexpr EditorHost kWindowEditorHost = {
-    nullptr,        RepaintLine,  RepaintAll, CaretMoved,       TitleChanged,
-    DocumentLoaded, StatusText,   AskTabSize, AskFillCharacter, AskSavePath,
-    SetClipboard,   GetClipboard, nullptr,    nullptr,          nullptr,
-    AskUnmappable,
+    nullptr,    RepaintLine, RepaintAll,       CaretMoved,    TitleChanged, DocumentLoaded,
+    StatusText, AskTabSize,  AskFillCharacter, AskSavePath,   SetClipboard, GetClipboard,
+    nullptr,    nullptr,     nullptr,          AskUnmappable,
 };
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
