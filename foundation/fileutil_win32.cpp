@@ -157,26 +157,38 @@ bool FileGetFacts(const char* path, FileFacts* facts) {
   return true;
 }
 
+namespace {
+
+bool CopyName(const char* path, char* resolved, int size) {
+  int length = static_cast<int>(strlen(path));
+  if (length >= size) {
+    SetLastError(206);
+    return false;
+  }
+  memcpy(resolved, path, static_cast<size_t>(length) + 1);
+  return true;
+}
+
+}  // namespace
+
 bool FileResolveLinks(const char* path, char* resolved, int size) {
+  // Looked up at run time: Windows before Vista lacks the call (and symbolic links to files);
+  // there the name is written as it is.
+  using FinalPathProc = DWORD(WINAPI*)(HANDLE, LPWSTR, DWORD, DWORD);
+  static FinalPathProc finalPath = reinterpret_cast<FinalPathProc>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"KERNEL32"), "GetFinalPathNameByHandleW")));
   WidePath wide(path);
   if (!wide.ok) return false;
   DWORD attributes = GetFileAttributesW(wide.text);
   HANDLE file = INVALID_HANDLE_VALUE;
-  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+  if (finalPath && attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
     file = CreateFileW(wide.text, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (file == INVALID_HANDLE_VALUE) {
-    // No link, or one whose target is missing: the name itself is what a save writes.
-    int length = static_cast<int>(strlen(path));
-    if (length >= size) {
-      SetLastError(206);
-      return false;
-    }
-    memcpy(resolved, path, static_cast<size_t>(length) + 1);
-    return true;
-  }
+  // No link, or one whose target is missing: the name itself is what a save writes.
+  if (file == INVALID_HANDLE_VALUE) return CopyName(path, resolved, size);
   wchar_t name[MAX_PATH + 8];
-  DWORD length = GetFinalPathNameByHandleW(file, name, MAX_PATH + 8, VOLUME_NAME_DOS);
+  DWORD length = finalPath(file, name, MAX_PATH + 8, VOLUME_NAME_DOS);
   CloseHandle(file);
   if (length == 0 || length >= MAX_PATH + 8) {
     if (length) SetLastError(206);
