@@ -7,6 +7,7 @@
 #include "cli/tool.h"
 #include "cli/tool_document.h"
 #include "editor/document_io.h"
+#include "encoding/encoding_settings.h"
 #include "encoding/text_encoding.h"
 #include "foundation/formatter.h"
 
@@ -19,6 +20,7 @@ struct ConvertOptions {
   int saveTab = -1;
   int lfOnly = -1;
   int bom = -1;
+  bool force = false;
   const char* in = nullptr;
   const char* out = nullptr;
 };
@@ -54,6 +56,8 @@ bool ParseOptions(int argc, char** argv, ConvertOptions* options) {
       options->bom = 1;
     } else if (strcmp(name, "--no-bom") == 0) {
       options->bom = 0;
+    } else if (strcmp(name, "--force") == 0) {
+      options->force = true;
     } else {
       return false;
     }
@@ -62,6 +66,11 @@ bool ParseOptions(int argc, char** argv, ConvertOptions* options) {
   options->in = argv[i];
   options->out = argv[i + 1];
   return true;
+}
+
+// With --force the characters the encoding cannot hold are written as its substitutes.
+int SaveAnyway(void*, EditorView*, int, const UnmappableText*) {
+  return kIdNo;
 }
 
 }  // namespace
@@ -83,7 +92,17 @@ int RunConvertCommand(int argc, char** argv) {
     if (options.bom >= 0) document->hasBom = static_cast<uint8_t>(options.bom);
     FormatStr(document->path, sizeof document->path, "%s", options.out);
     document->untitled = 0;
-    if (SaveDocument(&tool.view, true)) {
+    int encoding = document->encoding ? document->encoding : ReadUnrecognisedEncoding();
+    UnmappableText unmappable = FindUnmappable(document, encoding);
+    if (options.force) tool.editorHost.askUnmappable = SaveAnyway;
+    if (unmappable.count > 0 && !options.force) {
+      // A script must not get substitutes it did not ask for.
+      fprintf(stderr,
+              "quill-tool: convert: %d character%s cannot be written in %s, the first at line %d, "
+              "column %d (--force writes substitutes)\n",
+              unmappable.count, unmappable.count == 1 ? "" : "s", EncodingName(encoding),
+              unmappable.line, unmappable.column);
+    } else if (SaveDocument(&tool.view, true)) {
       status = kExitOk;
     } else {
       fprintf(stderr, "quill-tool: convert: cannot write %s\n", options.out);

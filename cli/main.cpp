@@ -41,8 +41,10 @@ const ToolCommand kCommands[] = {
      "                                    one line a file"},
     {"convert", RunConvertCommand,
      "convert [--from ENC] [--tab N] [--to ENC] [--save-tab N] [--lf|--crlf] [--bom|--no-bom]\n"
-     "        IN OUT                      opens IN as File > Open would (tabs expanded with N)\n"
-     "                                    and writes OUT as saving in another format would"},
+     "        [--force] IN OUT            opens IN as File > Open would (tabs expanded with N)\n"
+     "                                    and writes OUT as saving in another format would;\n"
+     "                                    characters ENC cannot hold fail it unless --force\n"
+     "                                    writes the encoding's substitutes"},
     {"colour", RunColourCommand,
      "colour FILE                         the colour runs of every line as the editor paints\n"
      "                                    them: column:class pairs, one line per line"},

@@ -3,11 +3,11 @@
 #include <cstdint>
 
 #include "editor/line_record.h"
+#include "foundation/path.h"
 
 struct UndoRecord;
 struct TerminalSession;
 
-constexpr int kPathSize = 780;
 constexpr int kBookmarkCount = 9;
 
 struct BookmarkPosition {

@@ -28,6 +28,20 @@ bool LoadDocument(EditorView* view);
 // Command 82: writes the document in its encoding, tab width, line ends and mark. asCopy leaves
 // the modified flag, the title and the stamp alone. An untitled document asks for a name first.
 bool SaveDocument(EditorView* view, bool asCopy);
+// Characters of a document that an encoding cannot hold: how many, and where the first one is
+// (its line and display column, counted from 1 as the status bar shows them).
+struct UnmappableText {
+  int count;
+  int line;
+  int column;
+};
+constexpr int kMessageUnmappable = 161;
+// Saving onto a read-only file asks first (Yes/No); the file stays read-only.
+constexpr int kMessageReadOnly = 162;
+UnmappableText FindUnmappable(const EditDocument* document, int encoding);
+// The save's question about them (message 161 through the editor host): kIdYes saves as UTF-8,
+// kIdNo saves with the encoding's substitutes, kIdCancel does not save. The same question comes
+// from every save, Save in other format's copy included.
 // Command 83: asks for a name, then saves; the old name comes back when the save fails.
 bool SaveDocumentAs(EditorView* view);
 

@@ -12,14 +12,13 @@
 #include "encoding/encoding_settings.h"
 #include "encoding/line_convert.h"
 #include "encoding/text_encoding.h"
+#include "encoding/unmappable.h"
 #include "foundation/formatter.h"
 #include "foundation/host.h"
 #include "foundation/language.h"
 #include "foundation/memory.h"
 
 namespace {
-
-constexpr unsigned kErrorDiskFull = 112;
 
 // One line's bytes in the file's encoding; `bytes` is the caller's scratch, grown on demand.
 struct LineWriter {
@@ -164,12 +163,29 @@ bool SaveDocument(EditorView* view, bool asCopy) {
   }
 
   SafeFile file;
-  if (!SafeFileOpen(&file, document->path)) {
+  if (!SafeFileLocate(&file, document->path)) {
+    HostMessagePath(3, kMbOk | kMbIconExclamation, document->path);
+    return false;
+  }
+  if (file.attributes != kNoAttributes && (file.attributes & kAttrReadOnly) &&
+      HostMessagePath(kMessageReadOnly, kMbYesNo | kMbIconQuestion, document->path) != kIdYes)
+    return false;
+  int encoding = document->encoding ? document->encoding : ReadUnrecognisedEncoding();
+  UnmappableText unmappable = FindUnmappable(document, encoding);
+  if (unmappable.count > 0) {
+    int answer = EditorAskUnmappable(view, encoding, &unmappable);
+    if (answer == kIdCancel) return false;
+    if (answer == kIdYes) {
+      encoding = UTF8;
+      document->encoding = UTF8;
+      document->hasBom = 0;
+    }
+  }
+  if (!SafeFileOpen(&file)) {
     HostMessagePath(3, kMbOk | kMbIconExclamation, document->path);
     return false;
   }
   TrimTrailingBlanks(document);
-  int encoding = document->encoding ? document->encoding : ReadUnrecognisedEncoding();
   LineWriter writer = {&file, encoding, nullptr, 0, nullptr, 0};
   if (document->hasBom && encoding == UTF16) SafeFileWrite(&file, "\xFF\xFE", 2);
   if (document->hasBom && encoding == UTF8) SafeFileWrite(&file, "\xEF\xBB\xBF", 3);
@@ -216,11 +232,35 @@ bool SaveDocument(EditorView* view, bool asCopy) {
   MarkDocumentSaved(document);
   document->untitled = 0;
   EditorTitleChanged(view);
+  if (!file.plain) {
+    // A device or a pipe has no time of its own to compare, and opening a pipe to look would
+    // wait for a writer.
+    document->fileStamp = kMissingFileStamp;
+    document->noCheck = 1;
+    return true;
+  }
   FileHandle written =
       FileOpen(document->path, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
   document->fileStamp = written == kInvalidFile ? kMissingFileStamp : FileStamp(written);
   FileClose(written);
   return true;
+}
+
+UnmappableText FindUnmappable(const EditDocument* document, int encoding) {
+  UnmappableText found = {0, 0, 0};
+  for (int i = 0; i < document->lineCount; ++i) {
+    const LineRecord* line = document->lines[i];
+    if (!line) continue;
+    int first;
+    int count = CountUnmappable(line->text, line->length, encoding, &first);
+    if (count == 0) continue;
+    if (found.count == 0) {
+      found.line = i + 1;
+      found.column = ColumnOfIndex(line, first) + 1;
+    }
+    found.count += count;
+  }
+  return found;
 }
 
 bool SaveDocumentAs(EditorView* view) {

@@ -1,9 +1,15 @@
 #include "editor/editor_host.h"
 
 #include "editor/comment_states.h"
+#include "editor/document.h"
+#include "editor/document_io.h"
 #include "editor/editor_view.h"
-
+#include "encoding/text_encoding.h"
+#include "foundation/formatter.h"
+#include "foundation/host.h"
+#include "foundation/language.h"
 #include "foundation/os_time.h"
+#include "foundation/path.h"
 
 namespace {
 
@@ -82,4 +88,20 @@ LocalTime EditorLocalTime() {
   if (g_host->localTime) return g_host->localTime(g_host->context);
   OsDateTime now = OsLocalDateTime();
   return {now.year, now.month, now.day, now.hour, now.minute};
+}
+
+void FormatUnmappableQuestion(const EditorView* view, int encoding, const UnmappableText* found,
+                              char* text, int size) {
+  const char* name = EncodingName(encoding);
+  char shown[kPathSize];
+  ShownPath(view && view->document ? view->document->path : "", shown, kPathSize);
+  FormatStr(text, size, GetStr(kMessageUnmappable), shown, name ? name : "", found->count,
+            found->line, found->column);
+}
+
+int EditorAskUnmappable(EditorView* view, int encoding, const UnmappableText* found) {
+  if (g_host->askUnmappable) return g_host->askUnmappable(g_host->context, view, encoding, found);
+  char text[1600];
+  FormatUnmappableQuestion(view, encoding, found, text, sizeof text);
+  return HostMessage(text, kMbYesNoCancel | kMbIconQuestion);
 }

@@ -6,6 +6,7 @@
 
 struct EditorView;
 struct EditDocument;
+struct UnmappableText;
 
 // Default-button flag of a message box (Cancel as the default of an OK/Cancel question).
 constexpr unsigned kMbDefButton2 = 0x100;
@@ -44,6 +45,9 @@ struct EditorHost {
   bool (*openTerminal)(void* context, EditDocument* document, const char* specification);
   unsigned (*tickCount)(void* context);  // milliseconds
   LocalTime (*localTime)(void* context);
+  // A save meets characters that `encoding` cannot hold: kIdYes saves as UTF-8, kIdNo saves
+  // anyway, kIdCancel does not save. Null asks with message 161 in a Yes/No/Cancel box.
+  int (*askUnmappable)(void* context, EditorView* view, int encoding, const UnmappableText* found);
 };
 
 // Installs `host` (kept by pointer; null restores the default) and returns the previous one.
@@ -63,3 +67,7 @@ const char16_t* EditorGetClipboard(int* count);
 bool EditorOpenTerminal(EditDocument* document, const char* specification);
 unsigned EditorTickCount();
 LocalTime EditorLocalTime();
+int EditorAskUnmappable(EditorView* view, int encoding, const UnmappableText* found);
+// Message 161 filled in for the document of `view`.
+void FormatUnmappableQuestion(const EditorView* view, int encoding, const UnmappableText* found,
+                              char* text, int size);

@@ -9,19 +9,22 @@
 namespace {
 
 constexpr unsigned kBufferSize = 64 * 1024;
-// Windows' error for a read-only file or a folder in the way.
-constexpr unsigned kErrorCannotCreate = kErrorAccessDenied;
+// A short write without an error code is a full disk.
+constexpr unsigned kErrorShortWrite = kErrorDiskFull;
+constexpr unsigned kErrorNameTooLong = 206;
 
 void Flush(SafeFile* file) {
-  if (file->used == 0 || file->error) {
-    file->used = 0;
-    return;
-  }
-  unsigned done = 0;
-  if (!FileWrite(file->file, file->buffer, file->used, &done) || done != file->used) {
-    file->error = FileLastError();
-    // A short write without an error code is a full disk.
-    if (file->error == 0) file->error = 112;
+  // A write may take less than it was given (a pipe, a file at its size limit); the rest goes in
+  // the next call, which then reports what stopped it.
+  for (unsigned at = 0; at < file->used && !file->error;) {
+    unsigned done = 0;
+    if (!FileWrite(file->file, file->buffer + at, file->used - at, &done)) {
+      file->error = FileLastError();
+      if (file->error == 0) file->error = kErrorShortWrite;
+    } else if (done == 0) {
+      file->error = kErrorShortWrite;
+    }
+    at += done;
   }
   file->used = 0;
 }
@@ -33,36 +36,97 @@ void Close(SafeFile* file) {
   file->buffer = nullptr;
 }
 
-}  // namespace
+bool ReadOnly(const SafeFile* file) {
+  return file->attributes != kNoAttributes && (file->attributes & kAttrReadOnly);
+}
 
-bool SafeFileOpen(SafeFile* file, const char* target) {
-  memset(file, 0, sizeof *file);
-  file->file = kInvalidFile;
-  if (FormatStr(file->target, sizeof file->target, "%s", target) >
-          static_cast<int>(sizeof file->target) ||
-      FormatStr(file->temporary, sizeof file->temporary, "%s.~qs", target) >
-          static_cast<int>(sizeof file->temporary)) {
-    file->error = 206;
-    return false;
+constexpr unsigned kAttrGuarded = kAttrReadOnly | kAttrHidden | kAttrSystem;
+
+// Read-only goes while the file is written in place (the user agreed to write it), hidden and
+// system while its old bytes are copied back (the system copies onto no such file); all come
+// back afterwards.
+void RestoreAttributes(SafeFile* file) {
+  if (file->attributes != kNoAttributes && (file->attributes & kAttrGuarded))
+    FileSetAttributes(file->target, file->attributes);
+}
+
+// In place: the old bytes go back where they were, and their copy away.
+void PutOldBytesBack(SafeFile* file) {
+  if (file->keptCopy) {
+    if (file->attributes & (kAttrHidden | kAttrSystem))
+      FileSetAttributes(file->target, file->attributes & ~kAttrGuarded);
+    FileCopy(file->temporary, file->target, false);
+    FileDelete(file->temporary);
+    file->keptCopy = false;
   }
-  unsigned attributes = FileGetAttributes(target);
-  if (attributes != kNoAttributes && (attributes & (kAttrReadOnly | kAttrDirectory))) {
-    file->error = kErrorCannotCreate;
-    return false;
+  RestoreAttributes(file);
+}
+
+bool Fail(SafeFile* file, unsigned error) {
+  file->error = error ? error : kErrorAccessDenied;
+  return false;
+}
+
+bool OpenInPlace(SafeFile* file) {
+  if (file->keptCopy) {
+    if (!FileCopy(file->target, file->temporary, false)) {
+      unsigned error = FileLastError();
+      FileDelete(file->temporary);
+      file->keptCopy = false;
+      return Fail(file, error);
+    }
+    // The copy may have taken the read-only attribute with it.
+    FileSetAttributes(file->temporary, kAttrNormal);
   }
-  file->buffer = static_cast<char*>(AllocMem(kBufferSize, kOwnerSaveBuffer));
-  if (!file->buffer) {
-    file->error = kErrorNotEnoughMemory;
-    return false;
-  }
-  file->file = FileOpen(file->temporary, kFileWrite, 0, kCreateAlways, 0);
+  if (ReadOnly(file)) FileSetAttributes(file->target, file->attributes & ~kAttrReadOnly);
+  // A device or a pipe is opened as it is; a plain file loses its old length.
+  unsigned disposition = file->keptCopy ? kTruncateExisting : kOpenExisting;
+  file->file = FileOpen(file->target, kFileWrite, 0, disposition,
+                        file->attributes & (kAttrHidden | kAttrSystem));
   if (file->file == kInvalidFile) {
-    file->error = FileLastError();
-    if (file->error == 0) file->error = kErrorCannotCreate;
-    Close(file);
-    return false;
+    unsigned error = FileLastError();
+    PutOldBytesBack(file);
+    return Fail(file, error);
   }
   return true;
+}
+
+}  // namespace
+
+bool SafeFileLocate(SafeFile* file, const char* target) {
+  memset(file, 0, sizeof *file);
+  file->file = kInvalidFile;
+  file->attributes = kNoAttributes;
+  file->plain = true;
+  if (!FileResolveLinks(target, file->target, sizeof file->target))
+    return Fail(file, FileLastError());
+  FileFacts facts;
+  if (FileGetFacts(file->target, &facts)) {
+    if (facts.attributes & kAttrDirectory) return Fail(file, kErrorAccessDenied);
+    file->attributes = facts.attributes;
+    file->plain = facts.regular;
+    file->inPlace = !facts.regular || facts.links > 1;
+    file->keptCopy = file->inPlace && facts.regular;
+  }
+  const char* suffix = file->inPlace ? ".~qb" : ".~qs";
+  if (FormatStr(file->temporary, sizeof file->temporary, "%s%s", file->target, suffix) >=
+      static_cast<int>(sizeof file->temporary))
+    return Fail(file, kErrorNameTooLong);
+  return true;
+}
+
+bool SafeFileOpen(SafeFile* file) {
+  file->buffer = static_cast<char*>(AllocMem(kBufferSize, kOwnerSaveBuffer));
+  if (!file->buffer) return Fail(file, kErrorNotEnoughMemory);
+  bool opened;
+  if (file->inPlace) {
+    opened = OpenInPlace(file);
+  } else {
+    file->file = FileOpen(file->temporary, kFileWrite, 0, kCreateAlways, 0);
+    opened = file->file != kInvalidFile || Fail(file, FileLastError());
+  }
+  if (!opened) Close(file);
+  return opened;
 }
 
 void SafeFileWrite(SafeFile* file, const void* data, unsigned size) {
@@ -80,40 +144,45 @@ void SafeFileWrite(SafeFile* file, const void* data, unsigned size) {
 
 void SafeFileAbandon(SafeFile* file) {
   Close(file);
-  FileDelete(file->temporary);
+  if (file->inPlace)
+    PutOldBytesBack(file);
+  else
+    FileDelete(file->temporary);
 }
 
 bool SafeFileCommit(SafeFile* file) {
   Flush(file);
   Close(file);
   if (file->error) {
-    FileDelete(file->temporary);
+    SafeFileAbandon(file);
     return false;
   }
-  unsigned attributes = FileGetAttributes(file->target);
-  if (attributes == kNoAttributes) {
-    if (FileMove(file->temporary, file->target)) return true;
+  if (file->inPlace) {
+    if (file->keptCopy) FileDelete(file->temporary);
+    file->keptCopy = false;
+    RestoreAttributes(file);
+    return true;
+  }
+  bool placed;
+  if (file->attributes == kNoAttributes) {
+    placed = FileMove(file->temporary, file->target);
+  } else {
+    placed = FileReplace(file->target, file->temporary);
+    // Not every implementation of the replacement carries hidden and system over.
+    if (placed && (file->attributes & (kAttrHidden | kAttrSystem)))
+      FileSetAttributes(file->target, file->attributes);
+    // Windows will not replace a read-only file: the attribute steps aside for the replacement,
+    // which then carries it again.
+    if (!placed && ReadOnly(file) &&
+        FileSetAttributes(file->target, file->attributes & ~kAttrReadOnly)) {
+      placed = FileReplace(file->target, file->temporary);
+      RestoreAttributes(file);
+    }
+  }
+  if (!placed) {
     file->error = FileLastError();
+    if (file->error == 0) file->error = kErrorAccessDenied;
     FileDelete(file->temporary);
-    return false;
   }
-  // The old file steps aside under a backup name and comes back if the new one cannot take its
-  // place; only then is it removed.
-  char backup[820];
-  FormatStr(backup, sizeof backup, "%s.~qb", file->target);
-  FileDelete(backup);
-  if (!FileMove(file->target, backup)) {
-    file->error = FileLastError();
-    FileDelete(file->temporary);
-    return false;
-  }
-  if (!FileMove(file->temporary, file->target)) {
-    file->error = FileLastError();
-    FileMove(backup, file->target);
-    FileDelete(file->temporary);
-    return false;
-  }
-  FileSetAttributes(file->target, attributes);
-  FileDelete(backup);
-  return true;
+  return placed;
 }

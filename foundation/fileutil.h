@@ -17,6 +17,8 @@ enum : unsigned {
   kOpenAlways = 4,
   kTruncateExisting = 5,
   kAttrReadOnly = 0x1,
+  kAttrHidden = 0x2,
+  kAttrSystem = 0x4,
   kAttrDirectory = 0x10,
   kAttrArchive = 0x20,
   kAttrNormal = 0x80,
@@ -33,6 +35,7 @@ enum : unsigned {
   kErrorAccessDenied = 5,
   kErrorNotEnoughMemory = 14,
   kErrorFileExists = 80,
+  kErrorDiskFull = 112,
   kErrorAlreadyExists = 183,
 };
 
@@ -51,6 +54,24 @@ bool FileSetAttributes(const char* path, unsigned attributes);
 unsigned FileGetAttributes(const char* path);  // kNoAttributes when missing
 // True when the path exists and is neither a folder nor a reparse point.
 bool IsPlainFile(const char* path);
+
+// What a save must know of an existing file, links followed: whether it is a plain file (not a
+// folder, a device or a pipe), how many names it has (hard links) and its attributes. False,
+// the last error set, when nothing is there.
+struct FileFacts {
+  bool regular;
+  unsigned links;
+  unsigned attributes;
+};
+bool FileGetFacts(const char* path, FileFacts* facts);
+// `path` with its symbolic links (reparse points) followed to the file they name, which need not
+// exist yet; a path that is no link comes back as it is. False when the result does not fit or
+// the links go round in a circle.
+bool FileResolveLinks(const char* path, char* resolved, int size);
+// Puts the file `replacement` in the place of the existing `target` in one step, the new file
+// taking over the old one's attributes and permissions (on Windows also its security and creation
+// time). On failure both files are left as they were.
+bool FileReplace(const char* target, const char* replacement);
 
 struct FindData {
   char name[780];  // internal form

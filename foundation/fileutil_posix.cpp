@@ -227,6 +227,62 @@ unsigned FileGetAttributes(const char* path) {
   return AttributesOf(info, link);
 }
 
+bool FileGetFacts(const char* path, FileFacts* facts) {
+  struct stat info;
+  if (stat(path, &info) != 0) return Fail();
+  facts->regular = S_ISREG(info.st_mode);
+  facts->links = static_cast<unsigned>(info.st_nlink);
+  facts->attributes = AttributesOf(info, false);
+  return Succeed();
+}
+
+bool FileResolveLinks(const char* path, char* resolved, int size) {
+  char current[4096];
+  if (snprintf(current, sizeof current, "%s", path) >= static_cast<int>(sizeof current)) {
+    t_lastError = 206;
+    return false;
+  }
+  // The system gives up on the same number of links.
+  for (int depth = 0; depth < 40; ++depth) {
+    struct stat info;
+    if (lstat(current, &info) != 0 || !S_ISLNK(info.st_mode)) {
+      if (snprintf(resolved, static_cast<size_t>(size), "%s", current) >= size) {
+        t_lastError = 206;
+        return false;
+      }
+      return Succeed();
+    }
+    char link[4096];
+    ssize_t length = readlink(current, link, sizeof link - 1);
+    if (length < 0) return Fail();
+    link[length] = '\0';
+    char next[4096];
+    const char* slash = strrchr(current, '/');
+    int folder = link[0] == '/' || !slash ? 0 : static_cast<int>(slash - current) + 1;
+    if (snprintf(next, sizeof next, "%.*s%s", folder, current, link) >=
+        static_cast<int>(sizeof next)) {
+      t_lastError = 206;
+      return false;
+    }
+    memcpy(current, next, sizeof current);
+  }
+  t_lastError = 1921;  // the name of the file cannot be resolved
+  return false;
+}
+
+bool FileReplace(const char* target, const char* replacement) {
+  struct stat info;
+  if (stat(target, &info) != 0) return Fail();
+  // The owner first: changing it may clear the set-id bits that the mode then puts back. Only
+  // the superuser may give a file away; otherwise the group alone may still be ours to give, and
+  // failing both the new file stays the saver's, as any new file would.
+  int given = chown(replacement, info.st_uid, info.st_gid);
+  if (given != 0) given = chown(replacement, static_cast<uid_t>(-1), info.st_gid);
+  static_cast<void>(given);
+  if (chmod(replacement, info.st_mode & 07777) != 0) return Fail();
+  return Check(rename(replacement, target));
+}
+
 FileHandle FileFindFirst(const char* pattern, FindData* found) {
   auto* state = static_cast<FindState*>(AllocMem(sizeof(FindState), kOwnerFindState));
   if (!state) {

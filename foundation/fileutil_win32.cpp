@@ -2,6 +2,9 @@
 
 #include <shellapi.h>
 
+#include <cstring>
+#include <cwchar>
+
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
 
@@ -131,6 +134,85 @@ bool FileSetAttributes(const char* path, unsigned attributes) {
 unsigned FileGetAttributes(const char* path) {
   WidePath wide(path);
   return wide.ok ? static_cast<unsigned>(GetFileAttributesW(wide.text)) : unsigned{kNoAttributes};
+}
+
+bool FileGetFacts(const char* path, FileFacts* facts) {
+  WidePath wide(path);
+  if (!wide.ok) return false;
+  // No access asked: enough to look at a file, a folder or a device without disturbing it.
+  HANDLE file = CreateFileW(wide.text, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                            nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  facts->regular = false;
+  facts->links = 1;
+  facts->attributes = 0;
+  BY_HANDLE_FILE_INFORMATION information;
+  if (GetFileType(file) == FILE_TYPE_DISK && GetFileInformationByHandle(file, &information)) {
+    facts->attributes = information.dwFileAttributes;
+    facts->regular = !(information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
+    facts->links = information.nNumberOfLinks;
+  }
+  CloseHandle(file);
+  SetLastError(0);
+  return true;
+}
+
+namespace {
+
+bool CopyName(const char* path, char* resolved, int size) {
+  int length = static_cast<int>(strlen(path));
+  if (length >= size) {
+    SetLastError(206);
+    return false;
+  }
+  memcpy(resolved, path, static_cast<size_t>(length) + 1);
+  return true;
+}
+
+}  // namespace
+
+bool FileResolveLinks(const char* path, char* resolved, int size) {
+  // Looked up at run time: Windows before Vista lacks the call (and symbolic links to files);
+  // there the name is written as it is.
+  using FinalPathProc = DWORD(WINAPI*)(HANDLE, LPWSTR, DWORD, DWORD);
+  static FinalPathProc finalPath = reinterpret_cast<FinalPathProc>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleW(L"KERNEL32"), "GetFinalPathNameByHandleW")));
+  WidePath wide(path);
+  if (!wide.ok) return false;
+  DWORD attributes = GetFileAttributesW(wide.text);
+  HANDLE file = INVALID_HANDLE_VALUE;
+  if (finalPath && attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+    file = CreateFileW(wide.text, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                       nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  // No link, or one whose target is missing: the name itself is what a save writes.
+  if (file == INVALID_HANDLE_VALUE) return CopyName(path, resolved, size);
+  wchar_t name[MAX_PATH + 8];
+  DWORD length = finalPath(file, name, MAX_PATH + 8, VOLUME_NAME_DOS);
+  CloseHandle(file);
+  if (length == 0 || length >= MAX_PATH + 8) {
+    if (length) SetLastError(206);
+    return false;
+  }
+  // The system names it "\\?\C:\..." or "\\?\UNC\server\...": back to the usual forms.
+  const wchar_t* start = name;
+  if (wcsncmp(name, L"\\\\?\\UNC\\", 8) == 0) {
+    start = name + 6;
+    name[6] = L'\\';
+  } else if (wcsncmp(name, L"\\\\?\\", 4) == 0) {
+    start = name + 4;
+  }
+  ToInternal(start, resolved, size);
+  return resolved[0] != '\0';
+}
+
+bool FileReplace(const char* target, const char* replacement) {
+  WidePath to(target), from(replacement);
+  // The system's replacement keeps the old file's attributes, security, creation time and short
+  // name, and restores the old file when it cannot finish.
+  return to.ok && from.ok &&
+         ReplaceFileW(to.text, from.text, nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
+                      nullptr);
 }
 
 FileHandle FileFindFirst(const char* pattern, FindData* found) {

@@ -3,7 +3,7 @@
 #include "foundation/diagnostics.h"
 #include "foundation/formatter.h"
 #include "foundation/language.h"
-#include "foundation/os_path.h"
+#include "foundation/path.h"
 
 namespace {
 
@@ -41,10 +41,7 @@ int HostMessageId(int id, unsigned flags, const char* argument) {
 
 int HostMessagePath(int id, unsigned flags, const char* path) {
   char shown[kMessageSize];
-  int length = 0;
-  for (; path && path[length] && length < kMessageSize - 1; ++length)
-    shown[length] = path[length] == '/' ? kOsPathSeparator : path[length];
-  shown[length] = '\0';
+  ShownPath(path, shown, kMessageSize);
   return HostMessageId(id, flags, shown);
 }
 

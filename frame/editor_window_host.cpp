@@ -8,6 +8,7 @@
 #include "editor/editor_host.h"
 #include "foundation/file_dialogs.h"
 #include "foundation/memory.h"
+#include "foundation/message_box.h"
 #include "frame/dialog_support.h"
 #include "frame/editor_child.h"
 #include "frame/editor_dialogs.h"
@@ -119,14 +120,21 @@ bool AskOtherFormat(void*, EditorView*, OtherFormatAnswer* answer) {
   return AskOtherFormatDialog(g_frame.frame, answer);
 }
 
+// Asked over the document's own window, whose title names the file.
+int AskUnmappable(void*, EditorView* view, int encoding, const UnmappableText* found) {
+  char text[1600];
+  FormatUnmappableQuestion(view, encoding, found, text, sizeof text);
+  return ShowMessage(view ? view->window : nullptr, text, MB_YESNOCANCEL | MB_ICONQUESTION);
+}
+
 bool OpenFile(void*, const char* path) {
   return OpenOrActivateDocument(path, nullptr, 0, 0) != nullptr;
 }
 
 constexpr EditorHost kWindowEditorHost = {
-    nullptr,        RepaintLine,  RepaintAll, CaretMoved,       TitleChanged,
-    DocumentLoaded, StatusText,   AskTabSize, AskFillCharacter, AskSavePath,
-    SetClipboard,   GetClipboard, nullptr,    nullptr,          nullptr,
+    nullptr,    RepaintLine, RepaintAll,       CaretMoved,    TitleChanged, DocumentLoaded,
+    StatusText, AskTabSize,  AskFillCharacter, AskSavePath,   SetClipboard, GetClipboard,
+    nullptr,    nullptr,     nullptr,          AskUnmappable,
 };
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.

@@ -1,8 +1,11 @@
 // quill-tool convert from the outside: what opening and saving in the editor writes.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -25,14 +28,20 @@ class ConvertTool : public ::testing::Test {
     std::ifstream file(out_, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
   }
-  int Run(const std::string& options) {
-    std::string command = std::string(QUILL_TOOL) + " convert " + options + " " + in_ + " " + out_ +
-                          " >/dev/null 2>&1";
+  int Run(const std::string& options) { return RunTo(options, out_); }
+  int RunTo(const std::string& options, const std::string& out) {
+    std::string err = testing::TempDir() + "quill_convert_err.txt";
+    std::string command = std::string(QUILL_TOOL) + " convert " + options + " " + in_ + " " + out +
+                          " >/dev/null 2>" + err;
     int raw = system(command.c_str());
+    std::ifstream file(err, std::ios::binary);
+    errors_.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    std::remove(err.c_str());
     return WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
   }
   std::string in_;
   std::string out_;
+  std::string errors_;
 };
 
 TEST_F(ConvertTool, WithoutOptionsItWritesWhatOpenAndSaveWrite) {
@@ -84,9 +93,10 @@ TEST_F(ConvertTool, CharactersBeyondTheBasicPlane) {
   EXPECT_EQ(Output(), "\xF0\x9F\x98\x80\tb\n");
   EXPECT_EQ(Run("--tab 4 --to UTF16"), 0);
   EXPECT_EQ(Output(), std::string("\x3D\xD8\x00\xDE\t\0b\0\n\0", 10));
-  EXPECT_EQ(Run("--tab 4 --to EUCKR"), 0);
+  EXPECT_EQ(Run("--tab 4 --to EUCKR"), 1);  // refused: one character cannot be written
+  EXPECT_EQ(Run("--force --tab 4 --to EUCKR"), 0);
   EXPECT_EQ(Output(), "?\tb\n");
-  EXPECT_EQ(Run("--tab 4 --to JOHAP"), 0);
+  EXPECT_EQ(Run("--force --tab 4 --to JOHAP"), 0);
   EXPECT_EQ(Output(), "\xD9\x31\tb\n");
   // Cut off at the end of the file: its bytes, one character each.
   Input("ok \xF0\x9F\x98");
@@ -104,6 +114,41 @@ TEST_F(ConvertTool, FailuresAndUsage) {
   Input(std::string("\0\0\0x", 4) + std::string(5000, 'y'));  // not text: the question is cancelled
   EXPECT_EQ(Run(""), 1);
   EXPECT_EQ(Output(), "");
+}
+
+TEST_F(ConvertTool, CharactersTheTargetCannotHoldFailUnlessForced) {
+  Input("a\xC3\xA9\n\xE4\xB8\x82\n");  // é and a hanja outside KS X 1001
+  EXPECT_EQ(Run("--to EUCKR"), 1);
+  EXPECT_NE(errors_.find("2 characters cannot be written in EUCKR, the first at line 1, column 2"),
+            std::string::npos)
+      << errors_;
+  EXPECT_FALSE(std::ifstream(out_).good());
+  EXPECT_EQ(Run("--to EUCKR --force"), 0);
+  EXPECT_EQ(Output(), "a?\n?\n");
+  EXPECT_EQ(Run("--force --to JOHAP"), 0);
+  EXPECT_EQ(Output(), "a\xD9\x31\n\xD9\x31\n");
+  EXPECT_EQ(Run("--to UTF16 --no-bom"), 0);
+  EXPECT_EQ(Output(), std::string("a\0\xE9\0\n\0\x02\x4E\n\0", 10));
+}
+
+TEST_F(ConvertTool, AFullDeviceFailsAndStaysADevice) {
+  // A node of its own: a tool that replaced it must not take the machine's device away.
+  std::string folder = testing::TempDir() + "quill_convert_device";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder);
+  std::string full = folder + "/full";
+  if (mknod(full.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0) {
+    std::filesystem::remove_all(folder);
+    GTEST_SKIP() << "no permission to make device nodes";
+  }
+  Input("x\n");
+  EXPECT_EQ(RunTo("", full), 1);
+  EXPECT_NE(errors_.find("cannot write"), std::string::npos) << errors_;
+  EXPECT_TRUE(std::filesystem::is_character_file(full));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder),
+                          std::filesystem::directory_iterator()),
+            1);
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -2,9 +2,20 @@
 // messages, and saves that fail without harming the file on disk.
 #include <filesystem>
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+#endif
+
 #include "editor/text_edit.h"
 #include "editor/undo.h"
 #include "encoding/text_encoding.h"
+#include "encoding/unmappable.h"
+#include "foundation/fileutil.h"
 #include "tests/editor/editor_fixture.h"
 
 namespace {
@@ -229,23 +240,108 @@ TEST_F(DocumentFile, EveryEncodingWritesItsOwnBytesAndLineEnds) {
   EXPECT_EQ(Save(), std::string("\x00\xAC" "a\0\n\0\n\0", 8));
 }
 
-TEST_F(DocumentFile, AFailedSaveKeepsTheOldFileAndTheModifiedMark) {
+TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   ASSERT_TRUE(Load("original\r\n"));
   SetText({"changed"});
   document->modified = 1;
-  std::filesystem::permissions(std::filesystem::u8path(document->path),
-                               std::filesystem::perms::owner_read | std::filesystem::perms::group_read);
+  auto path = std::filesystem::u8path(document->path);
+  auto readOnly = std::filesystem::perms::owner_read | std::filesystem::perms::group_read;
+  std::filesystem::permissions(path, readOnly);
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 만들어지지 않습니다.");
+  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일은 읽기 전용입니다. 그래도 저장할까요?");
+  EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNo);
   EXPECT_EQ(document->modified, 1);
   EXPECT_EQ(ReadBytes(document->path), "original\r\n");
-  std::filesystem::permissions(std::filesystem::u8path(document->path), std::filesystem::perms::owner_all);
+  answers = {kIdYes};
   EXPECT_EQ(Save(), "changed\r\n");
   EXPECT_EQ(document->modified, 0);
+  EXPECT_EQ(std::filesystem::status(path).permissions() & std::filesystem::perms::owner_write,
+            std::filesystem::perms::none);
   // Nothing of the safe save is left beside the file.
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+#ifdef _WIN32
+  // Hidden and system stay with the file that takes the old one's place, and a second name of
+  // the file sees the new text.
+  ASSERT_TRUE(FileSetAttributes(document->path, kAttrHidden | kAttrSystem | kAttrArchive));
+  SetText({"hidden"});
+  EXPECT_EQ(Save(), "hidden\r\n");
+  EXPECT_EQ(FileGetAttributes(document->path) & (kAttrHidden | kAttrSystem), kAttrHidden | kAttrSystem);
+  ASSERT_TRUE(FileSetAttributes(document->path, kAttrArchive));
+  std::filesystem::create_hard_link(path, std::filesystem::u8path(In("second.cpp")));
+  SetText({"linked"});
+  EXPECT_EQ(Save(), "linked\r\n");
+  EXPECT_EQ(ReadBytes(In("second.cpp")), "linked\r\n");
+  FileFacts facts{};
+  ASSERT_TRUE(FileGetFacts(document->path, &facts));  // the C library counts every file once
+  EXPECT_EQ(facts.links, 2u);
+  EXPECT_TRUE(facts.regular);
+#endif
+}
+
+TEST_F(DocumentFile, CharactersTheEncodingCannotHoldAreCountedOncePerCharacter) {
+  const char16_t pairAndLone[] = {u'\u00e9', 0xD83D, 0xDE00, u'x', 0xD800, 0};
+  struct Case {
+    std::u16string text;
+    int encoding;
+    int count;
+    int first;
+  } cases[] = {
+      {u"가a똠€·Ω\u3000", EUCKR, 0, -1},  // extended code page syllables and symbols are there
+      {u"가a똠€·Ω\u3000", JOHAP, 0, -1},
+      {u"가\u00e9", EUCKR, 1, 1},           // no code at all
+      {u"ab\u4e02", JOHAP, 1, 2},
+      {pairAndLone, EUCKR, 3, 0},           // a pair is one character, a lone half another
+      {pairAndLone, JOHAP, 3, 0},
+      {pairAndLone, UTF8, 0, -1},
+      {pairAndLone, UTF16, 0, -1},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Utf8(c.text) + " in " + std::to_string(c.encoding));
+    int first = 99;
+    EXPECT_EQ(CountUnmappable(c.text.data(), static_cast<int>(c.text.size()), c.encoding, &first),
+              c.count);
+    EXPECT_EQ(first, c.first);
+  }
+  // Over a document: every line counts, the first one is placed by line and display column.
+  SetText({"abc", "\t가\u00e9", "\u00e9\U0001F600"});
+  UnmappableText found = FindUnmappable(document, EUCKR);
+  EXPECT_EQ(found.count, 3);
+  EXPECT_EQ(found.line, 2);
+  EXPECT_EQ(found.column, 11);  // eight columns of the tab, two of 가
+  EXPECT_EQ(FindUnmappable(document, UTF8).count, 0);
+}
+
+TEST_F(DocumentFile, ASaveAsksBeforeSubstitutingAndCanSwitchToUtf8) {
+  ASSERT_TRUE(Load("\xb0\xa1\r\n", "k.txt"));
+  ASSERT_EQ(document->encoding, EUCKR);
+  SetText({"가\u4e02", "x\u4e02"});
+  // Cancel: nothing written, nothing changed.
+  EXPECT_FALSE(SaveDocument(&view, false));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], "'" + In("k.txt") +
+                             "' 파일에 EUCKR(으)로 저장할 수 없는 문자가 2개 있습니다. (첫 문자: 1행 3열)"
+                             "\n\n예: UTF-8로 바꾸어 저장합니다.\n아니오: 그대로 저장합니다. 그 문자들은 다른 "
+                             "문자로 바뀝니다.\n취소: 저장하지 않습니다.");
+  EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNoCancel);
+  EXPECT_EQ(ReadBytes(In("k.txt")), "\xb0\xa1\r\n");
+  EXPECT_EQ(document->encoding, EUCKR);
+  // No: the encoding's substitutes, as before.
+  answers = {kIdNo};
+  EXPECT_EQ(Save(), "\xb0\xa1?\r\nx?\r\n");
+  EXPECT_EQ(document->encoding, EUCKR);
+  // Yes: the document becomes UTF-8 without a mark.
+  document->hasBom = 1;
+  answers = {kIdYes};
+  EXPECT_EQ(Save(), "\xea\xb0\x80\xe4\xb8\x82\r\nx\xe4\xb8\x82\r\n");
+  EXPECT_EQ(document->encoding, UTF8);
+  EXPECT_EQ(document->hasBom, 0);
+  EXPECT_EQ(messages.size(), 3u);
+  // Now that it holds everything, no more questions.
+  Save();
+  EXPECT_EQ(messages.size(), 3u);
 }
 
 TEST_F(DocumentFile, SaveAsCopyLeavesTheDocumentsStateAlone) {
@@ -478,3 +574,159 @@ TEST_F(DocumentFile, AStrayLeadByteLosesNothingBehindIt) {
 }
 
 }  // namespace
+
+#ifndef _WIN32
+namespace {
+
+namespace fs = std::filesystem;
+
+// The name that a save of `path` must leave alone: what it is and, for a plain file, its inode.
+struct Identity {
+  fs::file_type type;
+  ino_t inode;
+  bool operator==(const Identity& other) const {
+    return type == other.type && inode == other.inode;
+  }
+};
+
+Identity IdentityOf(const std::string& path) {
+  struct stat info;
+  lstat(path.c_str(), &info);
+  return {fs::symlink_status(path).type(), info.st_ino};
+}
+
+TEST_F(DocumentFile, LinksStayLinksAndHardLinkedFilesAreWrittenWhereTheyAre) {
+  WriteBytes(In("real.cpp"), "old\n");
+  fs::permissions(In("real.cpp"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  fs::create_symlink("real.cpp", In("link.cpp"));
+  fs::create_symlink(In("link.cpp"), In("link2.cpp"));  // a chain, absolute this time
+  fs::create_symlink("absent.cpp", In("dangling.cpp"));
+  fs::create_hard_link(In("real.cpp"), In("other.cpp"));
+  fs::create_hard_link(In("real.cpp"), In("third.cpp"));
+  struct Case {
+    const char* saved;
+    const char* text;
+    const char* readBack;  // the name whose bytes show the save
+  };
+  const Case cases[] = {
+      {"link.cpp", "one", "real.cpp"},     {"link2.cpp", "two", "other.cpp"},
+      {"other.cpp", "three", "third.cpp"}, {"real.cpp", "four", "link.cpp"},
+      {"dangling.cpp", "five", "absent.cpp"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.saved);
+    std::vector<Identity> before;
+    for (const char* name : {"real.cpp", "link.cpp", "link2.cpp", "dangling.cpp", "other.cpp"})
+      before.push_back(IdentityOf(In(name)));
+    snprintf(document->path, sizeof document->path, "%s", In(c.saved).c_str());
+    document->untitled = 0;
+    document->lfOnly = 1;
+    SetText({c.text});
+    EXPECT_TRUE(SaveDocument(&view, false));
+    EXPECT_EQ(ReadBytes(In(c.readBack)), std::string(c.text) + "\n");
+    std::vector<Identity> after;
+    for (const char* name : {"real.cpp", "link.cpp", "link2.cpp", "dangling.cpp", "other.cpp"})
+      after.push_back(IdentityOf(In(name)));
+    EXPECT_EQ(before, after);
+    EXPECT_EQ(fs::hard_link_count(In("real.cpp")), 3u);
+    EXPECT_EQ(fs::status(In("real.cpp")).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  }
+  EXPECT_TRUE(messages.empty());
+  // No temporary and no kept copy beside any of them.
+  for (const auto& entry : fs::directory_iterator(fs::u8path(In(""))))
+    EXPECT_EQ(entry.path().string().find(".~q"), std::string::npos) << entry.path();
+
+  // A plain file with one name is replaced, and keeps its mode.
+  fs::remove(In("link2.cpp"));
+  fs::remove(In("dangling.cpp"));
+  WriteBytes(In("alone.cpp"), "x\n");
+  fs::permissions(In("alone.cpp"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  ino_t inode = IdentityOf(In("alone.cpp")).inode;
+  snprintf(document->path, sizeof document->path, "%s", In("alone.cpp").c_str());
+  EXPECT_TRUE(SaveDocument(&view, false));
+  EXPECT_NE(IdentityOf(In("alone.cpp")).inode, inode);
+  EXPECT_EQ(fs::status(In("alone.cpp")).permissions(),
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+}
+
+TEST_F(DocumentFile, APipeIsWrittenInPlace) {
+  ASSERT_EQ(mkfifo(In("pipe").c_str(), 0600), 0);
+  // The reading end is open before the save, so the save neither waits for a reader nor, when it
+  // wrongly replaced the pipe, leaves the test waiting for a writer.
+  int reader = open(In("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(reader, 0);
+  snprintf(document->path, sizeof document->path, "%s", In("pipe").c_str());
+  document->untitled = 0;
+  SetText({"through", "the pipe"});
+  EXPECT_TRUE(SaveDocument(&view, false));
+  char received[64];
+  ssize_t length = read(reader, received, sizeof received);
+  close(reader);
+  EXPECT_EQ(std::string(received, length > 0 ? static_cast<size_t>(length) : 0),
+            "through\r\nthe pipe\r\n");
+  EXPECT_TRUE(fs::is_fifo(In("pipe")));
+  EXPECT_EQ(document->noCheck, 1);  // looking at its time would wait for another writer
+  EXPECT_FALSE(fs::exists(In("pipe.~qs")));
+}
+
+TEST_F(DocumentFile, ADeviceIsWrittenInPlaceAndAFullOneFailsWithItsMessage) {
+  // Our own nodes of the null and the full device: a save that replaced them would otherwise
+  // take the machine's devices away.
+  if (mknod(In("full").c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0 ||
+      mknod(In("null").c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0)
+    GTEST_SKIP() << "no permission to make device nodes";
+  SetText({"text"});
+  document->untitled = 0;
+  document->modified = 1;
+  snprintf(document->path, sizeof document->path, "%s", In("null").c_str());
+  EXPECT_TRUE(SaveDocument(&view, true));
+  EXPECT_TRUE(fs::is_character_file(In("null")));
+  snprintf(document->path, sizeof document->path, "%s", In("full").c_str());
+  EXPECT_FALSE(SaveDocument(&view, false));
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0], "/: 드라이브 공간이 부족합니다.");
+  EXPECT_EQ(document->modified, 1);
+  EXPECT_TRUE(fs::is_character_file(In("full")));
+  EXPECT_FALSE(fs::exists(In("full.~qs")));
+  EXPECT_FALSE(fs::exists(In("full.~qb")));
+}
+
+// A write that stops half way (the file-size limit cuts it off as a full disk would) leaves the
+// old bytes, whether the file was being replaced or written in place.
+TEST_F(DocumentFile, AFailedWriteLeavesEveryByteOfTheOldFile) {
+  const std::string original = "original\r\n";
+  WriteBytes(In("plain.cpp"), original);
+  WriteBytes(In("linked.cpp"), original);
+  fs::create_hard_link(In("linked.cpp"), In("second.cpp"));
+  std::vector<std::string> lines(40, std::string(60, 'x'));
+  for (const char* name : {"plain.cpp", "linked.cpp"}) {
+    SCOPED_TRACE(name);
+    messages.clear();
+    SetText(lines);
+    snprintf(document->path, sizeof document->path, "%s", In(name).c_str());
+    document->untitled = 0;
+    document->modified = 1;
+    struct rlimit old;
+    getrlimit(RLIMIT_FSIZE, &old);
+    struct rlimit limit = old;
+    limit.rlim_cur = 1000;
+    auto previous = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    bool saved = SaveDocument(&view, false);
+    setrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, previous);
+    EXPECT_FALSE(saved);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0], "'" + In(name) + "' 파일이 기록되지 않습니다.");
+    EXPECT_EQ(ReadBytes(In(name)), original);
+    EXPECT_EQ(document->modified, 1);
+  }
+  EXPECT_EQ(ReadBytes(In("second.cpp")), original);
+  EXPECT_EQ(fs::hard_link_count(In("linked.cpp")), 2u);
+  for (const auto& entry : fs::directory_iterator(fs::u8path(In(""))))
+    EXPECT_EQ(entry.path().string().find(".~q"), std::string::npos) << entry.path();
+}
+
+}  // namespace
+#endif

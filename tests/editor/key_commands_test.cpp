@@ -307,6 +307,19 @@ TEST_F(KeyCommands, SavingInAnotherFormatWritesACopyAndLeavesTheDocument) {
   answers = {kIdYes};
   Run(kCmdSaveOtherFormat);
   EXPECT_EQ(ReadBytes(In("copy.txt")), "\xEF\xBB\xBFint a;\r\n");
+  // The chosen encoding is asked about what it cannot hold; Yes writes the copy as UTF-8 and
+  // leaves the document's own encoding alone.
+  SetText({"a \u00e9"});
+  formatAnswer.encoding = 1;
+  answers = {kIdYes, kIdCancel};
+  Run(kCmdSaveOtherFormat);
+  EXPECT_NE(messages.back().find("JOHAP(으)로 저장할 수 없는 문자가 1개 있습니다. (첫 문자: 1행 3열)"),
+            std::string::npos);
+  EXPECT_EQ(ReadBytes(In("copy.txt")), "\xEF\xBB\xBFint a;\r\n");
+  answers = {kIdYes, kIdYes};
+  Run(kCmdSaveOtherFormat);
+  EXPECT_EQ(ReadBytes(In("copy.txt")), "a \xC3\xA9\r\n");
+  EXPECT_EQ(document->encoding, 3);
 }
 
 TEST_F(KeyCommands, CtrlHomeAndEndWithAndWithoutShift) {
