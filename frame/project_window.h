@@ -1,0 +1,23 @@
+// The project window: one MDI child of class "QuillProject" whose client area is a tree of the
+// project's targets and their files. The frame opens, creates and closes it; the window handles
+// the project commands of the menu, the tree and the keys.
+#pragma once
+#include <windows.h>
+
+extern const wchar_t kProjectClassName[];
+
+// Registers the class and installs the project code's window host (unsaved sources, the file list).
+bool RegisterProjectChildClass(HINSTANCE instance);
+
+// Opens the project file `path` (internal form) in a new project window after closing the open
+// project or, without one, every window. Null after the project code's message (or when a
+// document refused to close).
+HWND OpenProjectWindow(const char* path);
+// Command 115: asks for the file first (string 82, "Project File").
+void OpenProjectWithDialog(HWND frame);
+// Command 114: the new-project dialog; the project file is written, the window opened and sent
+// command 121.
+void NewProjectWithDialog(HWND frame);
+
+// The open project's file (internal form), or null without a project window.
+const char* OpenProjectPath();
