@@ -49,6 +49,9 @@ constexpr int kMsgSelectTarget = 99;
 constexpr int kMsgOpenTitle = 82;
 constexpr int kMsgSaveAsTitle = 83;
 
+// The project named on the command line or remembered in the settings, until it is opened.
+char g_startProject[kProjectPathSize];
+
 const char kProjectFilter[] = "Project File\0*.prj\0";
 const wchar_t* const kCompilers[] = {L"VC9", L"VC15"};
 
@@ -216,6 +219,15 @@ HTREEITEM FindChild(HWND tree, HTREEITEM parent, const void* record) {
 void FillTree(ProjectWindow* data, const TreeNode* select) {
   HWND tree = data->tree;
   SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
+  // Targets that were open stay open.
+  constexpr int kKeptOpen = 64;
+  const void* open[kKeptOpen];
+  int opened = 0;
+  for (HTREEITEM item = TreeView_GetRoot(tree); item && opened < kKeptOpen;
+       item = TreeView_GetNextSibling(tree, item)) {
+    if (TreeView_GetItemState(tree, item, TVIS_EXPANDED) & TVIS_EXPANDED)
+      open[opened++] = ItemRecord(tree, item);
+  }
   TreeView_DeleteAllItems(tree);
   HTREEITEM selected = nullptr;
   for (ProjectTarget* target = data->project.targets; target; target = target->next) {
@@ -225,7 +237,10 @@ void FillTree(ProjectWindow* data, const TreeNode* select) {
       HTREEITEM child = InsertFile(data, target, file);
       if (select && select->file == file) selected = child;
     }
-    if (select && select->target == target) TreeView_Expand(tree, item, TVE_EXPAND);
+    bool wasOpen = false;
+    for (int i = 0; i < opened; ++i)
+      wasOpen = wasOpen || open[i] == target;
+    if (wasOpen || (select && select->target == target)) TreeView_Expand(tree, item, TVE_EXPAND);
   }
   if (data->project.targets && !data->project.targets->next)
     TreeView_Expand(tree, static_cast<HTREEITEM>(data->project.targets->treeItem), TVE_EXPAND);
@@ -888,7 +903,20 @@ HWND OpenProjectWindow(const char* path) {
   return window;
 }
 
+void OpenProjectLater(const char* path) {
+  if (strlen(path) >= sizeof g_startProject) return;
+  strcpy(g_startProject, path);
+  PostMessageW(g_frame.frame, WM_COMMAND, IDM_PRJ_OPEN, 0);
+}
+
 void OpenProjectWithDialog(HWND frame) {
+  if (g_startProject[0]) {
+    char start[kProjectPathSize];
+    strcpy(start, g_startProject);
+    g_startProject[0] = '\0';
+    OpenProjectWindow(start);
+    return;
+  }
   char path[kProjectPathSize] = "";
   if (!AskOpenFileName(frame, path, sizeof path, GetStr(kMsgOpenTitle), kProjectFilter, nullptr,
                        0)) {

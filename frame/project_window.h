@@ -13,6 +13,9 @@ bool RegisterProjectChildClass(HINSTANCE instance);
 // project or, without one, every window. Null after the project code's message (or when a
 // document refused to close).
 HWND OpenProjectWindow(const char* path);
+// At start-up the project opens once the frame is shown, so that its messages have a frame to
+// stand on: the path is kept and command 115 posted, which then opens it without asking.
+void OpenProjectLater(const char* path);
 // Command 115: asks for the file first (string 82, "Project File").
 void OpenProjectWithDialog(HWND frame);
 // Command 114: the new-project dialog; the project file is written, the window opened and sent

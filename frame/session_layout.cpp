@@ -106,9 +106,9 @@ bool RestoreSession() {
     }
   }
   if (g_frame.commandPath[0]) {
-    // A project that can't be opened has said why; the program stays, with an empty desk.
+    // A project that can't be opened says why; the program stays, with an empty desk.
     if (IsProjectPath(g_frame.commandPath)) {
-      OpenProjectWindow(g_frame.commandPath);
+      OpenProjectLater(g_frame.commandPath);
       return true;
     }
     // The client is not laid out yet while the frame is being created: take what it will get.
@@ -120,7 +120,7 @@ bool RestoreSession() {
   }
   ReadText(kDocListSection, kProjectKey, text, sizeof text, "");
   if (text[0]) {
-    OpenProjectWindow(text);  // which restores the project's own list
+    OpenProjectLater(text);  // which restores the project's own list
     return true;
   }
   if (g_frame.settingsPath) RestoreDocumentList(g_frame.settingsPath);
