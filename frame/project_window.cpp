@@ -678,7 +678,8 @@ LRESULT CALLBACK ProjectChildProc(HWND window, UINT message, WPARAM wParam, LPAR
       SendMessageW(g_frame.frame, WM_COMMAND, kCmdCloseProject, 0);
       return 0;
     case WM_QUERYENDSESSION:
-      if (data && data->project.modified) SaveOrAsk(data);
+      // A project read only in part is saved only when the user asks.
+      if (data && data->project.modified && !data->project.partial) SaveOrAsk(data);
       return 1;
     case WM_MDIACTIVATE:
       if (data && reinterpret_cast<HWND>(lParam) == window) UpdateMenuState(2, false);

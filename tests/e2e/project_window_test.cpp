@@ -392,8 +392,31 @@ TEST(ProjectWindow, ABrokenProjectFileIsRefusedAndTheProgramStays) {
   HWND project = ProjectChild(quill);
   ASSERT_NE(project, nullptr);
   EXPECT_EQ(SendMessageW(Tree(project), TVM_GETCOUNT, 0, 0), 1);
-  EXPECT_EQ(quill.CloseAndWait(15000), 0);
+
+  // Ten thousand targets with names of 100,000 characters: the first thousand are read, cut to
+  // the name's size, after a message; the file is not rewritten at close.
+  std::string big = "[Head]\r\nInfo=Quill Project File 1.00\r\n";
+  std::string longName(100000, 'n');
+  for (int i = 0; i < 10000; ++i)
+    big += "[Target" + std::string(i < 10 ? "0" : "") + std::to_string(i) + "]\r\nInfo=\"" +
+           (i == 0 ? longName : "t" + std::to_string(i)) + "\" 0 0 1 0\r\nFile00=\"f.c\"\r\n";
+  big += "[Target10000]\r\nInfo=\r\n";
+  WriteBytes(folder + L"Big.prj", big);
+  DWORD started = GetTickCount();
+  ASSERT_TRUE(quill.DropFiles({folder + L"Big.prj"}, POINT{200, 200}));
+  box = WaitForWindow(quill, L"", 60000);
+  ASSERT_NE(box, nullptr);
+  printf("ten thousand targets: the message after %lu ms\n", GetTickCount() - started);
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(WaitUntilGone(box));
+  Settle();
+  project = ProjectChild(quill);
+  ASSERT_NE(project, nullptr);
+  EXPECT_EQ(SendMessageW(Tree(project), TVM_GETCOUNT, 0, 0), 2000);  // targets and their files
+  SaveScreenshot(ScreenshotFolder() + L"project-big.bmp");
+  EXPECT_EQ(quill.CloseAndWait(30000), 0);
   EXPECT_EQ(ReadBytes(folder + L"Bad.prj"), binary);  // never written
+  EXPECT_EQ(ReadBytes(folder + L"Big.prj").substr(0, big.size()), big);
 }
 
 }  // namespace
