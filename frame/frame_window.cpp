@@ -233,8 +233,8 @@ bool OnFrameCommand(HWND frame, int id) {
       return true;
     case IDM_PRJ_CLOSE:
       // The project keeps its own desk: the list goes into its file before the windows close.
-      if (const char* project = OpenProjectPath()) {
-        SaveDocumentList(project);
+      if (g_frame.projectWindow) {
+        if (const char* file = ProjectListFile()) SaveDocumentList(file);
         CloseAllChildren();
       }
       return true;

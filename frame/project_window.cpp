@@ -960,6 +960,11 @@ void NewProjectWithDialog(HWND frame) {
   if (window) SendMessageW(window, WM_COMMAND, IDM_PRJ_ADD_TARGET, 0);
 }
 
+const char* ProjectListFile() {
+  const char* path = OpenProjectPath();
+  return path && FileGetAttributes(path) != kNoAttributes ? path : nullptr;
+}
+
 const char* OpenProjectPath() {
   if (!g_frame.projectWindow) return nullptr;
   ProjectWindow* data = WindowData(g_frame.projectWindow);

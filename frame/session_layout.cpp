@@ -86,9 +86,10 @@ void SaveSessionAtClose() {
             rect.bottom - rect.top);
   if (g_frame.startedWithFile || !g_frame.settingsPath) return;
   // With a project open the list goes into the project, and the settings remember the project.
-  if (const char* project = OpenProjectPath()) {
-    SaveDocumentList(project);
-    WriteText(kDocListSection, kProjectKey, project);
+  if (g_frame.projectWindow) {
+    const char* file = ProjectListFile();
+    if (file) SaveDocumentList(file);
+    WriteText(kDocListSection, kProjectKey, file ? file : "");
     return;
   }
   SaveDocumentList(g_frame.settingsPath);

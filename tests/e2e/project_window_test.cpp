@@ -392,6 +392,12 @@ TEST(ProjectWindow, ABrokenProjectFileIsRefusedAndTheProgramStays) {
   HWND project = ProjectChild(quill);
   ASSERT_NE(project, nullptr);
   EXPECT_EQ(SendMessageW(Tree(project), TVM_GETCOUNT, 0, 0), 1);
+  // Its file vanishes before Close: closing makes no new file of the desk alone.
+  ASSERT_TRUE(DeleteFileW((folder + L"Good.prj").c_str()));
+  PostMessageW(quill.Frame(), WM_COMMAND, kCmdCloseProject, 0);
+  Settle();
+  EXPECT_EQ(ProjectChild(quill), nullptr);
+  EXPECT_EQ(GetFileAttributesW((folder + L"Good.prj").c_str()), INVALID_FILE_ATTRIBUTES);
 
   // Ten thousand targets with names of 100,000 characters: the first thousand are read, cut to
   // the name's size, after a message; the file is not rewritten at close.
