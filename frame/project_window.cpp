@@ -48,6 +48,7 @@ constexpr int kMsgModifyTarget = 98;
 constexpr int kMsgSelectTarget = 99;
 constexpr int kMsgOpenTitle = 82;
 constexpr int kMsgSaveAsTitle = 83;
+constexpr int kMsgAlreadyThere = 116;
 
 // The project named on the command line or remembered in the settings, until it is opened.
 char g_startProject[kProjectPathSize];
@@ -947,6 +948,11 @@ void NewProjectWithDialog(HWND frame) {
   WriteText(kProjectSection, "DefPrjFolder", dialog.folder);
   if (FormatStr(path, sizeof path, "%s/%s.prj", dialog.folder, dialog.name) > kProjectPathSize)
     return;
+  // A new project over an existing one would hide all of its targets.
+  if (FileGetAttributes(path) != kNoAttributes &&
+      HostMessagePath(kMsgAlreadyThere, kMbYesNo | kMbIconQuestion, path) != kIdYes) {
+    return;
+  }
   if (!CloseWorkspace()) return;
   ProjectWindow* data = NewWindowData();
   if (!data) return;
