@@ -26,6 +26,8 @@ const CommandRow kRows[] = {
     {89, kCommandFrame},
     {91, kCommandFrame},   // close all
     {119, kCommandFrame},  // close project
+    {114, kCommandFrame},  // new project
+    {115, kCommandFrame},  // open project
     {116, kCommandProjectWindow},
     {117, kCommandProjectWindow},
     {124, kCommandProjectWindow},
@@ -34,8 +36,6 @@ const CommandRow kRows[] = {
     // Dialogs and tool windows that come with their own subsystems.
     {27, kCommandUnfinished},  // open with a coding-style conversion
     {39, kCommandUnfinished},  // terminal
-    {114, kCommandUnfinished},
-    {115, kCommandUnfinished},  // new and open project
     {46, kCommandUnfinished},
     {47, kCommandUnfinished},  // calculators
     {29, kCommandUnfinished},

@@ -22,6 +22,7 @@
 #include "frame/help_window.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
+#include "frame/project_window.h"
 #include "frame/session_layout.h"
 #include "resources/resource.h"
 
@@ -224,9 +225,18 @@ bool OnFrameCommand(HWND frame, int id) {
     case IDM_CLOSE_ALL:
       CloseAllChildren();
       return true;
+    case IDM_PRJ_NEW:
+      NewProjectWithDialog(frame);
+      return true;
+    case IDM_PRJ_OPEN:
+      OpenProjectWithDialog(frame);
+      return true;
     case IDM_PRJ_CLOSE:
-      // Only a project has a list of its own to keep; none can be open in this build.
-      if (g_frame.projectWindow) CloseAllChildren();
+      // The project keeps its own desk: the list goes into its file before the windows close.
+      if (g_frame.projectWindow) {
+        if (const char* file = ProjectListFile()) SaveDocumentList(file);
+        CloseAllChildren();
+      }
       return true;
     case IDM_CASCADE:
       SendMessageW(g_frame.mdiClient, WM_MDICASCADE, 0, 0);
@@ -292,7 +302,7 @@ void OnDropFiles(HDROP drop) {
       if (*p == '\\') *p = '/';
     }
     if (i == 0 && IsProjectPath(path)) {
-      ShowMessage(g_frame.frame, kUnfinishedText, MB_OK | MB_ICONINFORMATION);
+      OpenProjectWindow(path);
       break;
     }
     if (toProject) {

@@ -7,6 +7,7 @@
 #include "frame/command_line.h"
 #include "frame/editor_child.h"
 #include "frame/frame_state.h"
+#include "frame/project_window.h"
 #include "frame/session_list.h"
 
 namespace {
@@ -29,6 +30,8 @@ void TakePlace(HWND child, POINT origin, SessionWindow* window) {
   window->height = rect.bottom - rect.top;
 }
 
+}  // namespace
+
 // A maximised child is restored by the MDI client as soon as the next child opens, so the one
 // that was maximised is opened normally and maximised when all are there; it was the active
 // window when the list was saved, and it ends up active and on top again.
@@ -48,8 +51,6 @@ void RestoreDocumentList(const char* file) {
     SendMessageW(g_frame.mdiClient, WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(maximised), 0);
   }
 }
-
-}  // namespace
 
 void SaveDocumentList(const char* file) {
   SessionWindow windows[kMaxSessionWindows];
@@ -84,8 +85,13 @@ void SaveSessionAtClose() {
   WriteNums(kDlgPosSection, FramePlaceKey(), rect.left, rect.top, rect.right - rect.left,
             rect.bottom - rect.top);
   if (g_frame.startedWithFile || !g_frame.settingsPath) return;
-  // The project window belongs to a subsystem that is not in this build yet; without it the
-  // list always goes into the settings file.
+  // With a project open the list goes into the project, and the settings remember the project.
+  if (g_frame.projectWindow) {
+    const char* file = ProjectListFile();
+    if (file) SaveDocumentList(file);
+    WriteText(kDocListSection, kProjectKey, file ? file : "");
+    return;
+  }
   SaveDocumentList(g_frame.settingsPath);
   WriteText(kDocListSection, kProjectKey, "");
 }
@@ -101,7 +107,11 @@ bool RestoreSession() {
     }
   }
   if (g_frame.commandPath[0]) {
-    if (IsProjectPath(g_frame.commandPath)) return true;  // projects arrive with their window
+    // A project that can't be opened says why; the program stays, with an empty desk.
+    if (IsProjectPath(g_frame.commandPath)) {
+      OpenProjectLater(g_frame.commandPath);
+      return true;
+    }
     // The client is not laid out yet while the frame is being created: take what it will get.
     RECT client;
     GetClientRect(g_frame.frame, &client);
@@ -110,7 +120,10 @@ bool RestoreSession() {
                               kShowGiven) != nullptr;
   }
   ReadText(kDocListSection, kProjectKey, text, sizeof text, "");
-  if (text[0]) return true;  // a project restores its own list when it opens
+  if (text[0]) {
+    OpenProjectLater(text);  // which restores the project's own list
+    return true;
+  }
   if (g_frame.settingsPath) RestoreDocumentList(g_frame.settingsPath);
   return true;
 }

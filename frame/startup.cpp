@@ -20,6 +20,7 @@
 #include "frame/frame_owners.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
+#include "frame/project_window.h"
 #include "frame/window_host.h"
 #include "resources/resource.h"
 
@@ -116,6 +117,7 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
     return 0;
   }
   RegisterEditorChildClass(instance);
+  RegisterProjectChildClass(instance);
   if (HWND frame = CreateFrameWindow(instance); !frame) {
     ScreenNote("MDI Frame Window Creation Failed.");
   } else {

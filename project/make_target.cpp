@@ -60,7 +60,14 @@ void AppendSwitches(OutputText& out, const char* text, const char* option) {
   while (lines.Next(&start, &length)) {
     if (length == 0) continue;
     AppendPart(out, option);
-    out.Append(start, length);
+    // Include folders may be written with '/'; the compiler takes them as '\'. A folder with a
+    // blank is quoted, or the compiler would read two options.
+    bool folder = option[1] == 'I';
+    bool quote = folder && memchr(start, ' ', length) && start[0] != '"';
+    if (quote) out.Append('"');
+    for (size_t i = 0; i < length; ++i)
+      out.Append(folder && start[i] == '/' ? '\\' : start[i]);
+    if (quote) out.Append('"');
   }
 }
 
@@ -168,19 +175,24 @@ char* ComposeBatch(const ProjectTarget* target, const char* projectFolder,
   char output[kTargetNameSize + 8];
   FormatTargetOutput(target, output, sizeof output);
 
+  // Names with a blank are quoted so that the command interpreter and NMAKE take them whole;
+  // names without one keep the plain text. CD takes the rest of its line as the folder.
+  const char* q = strchr(output, ' ') ? "\"" : "";
+  const char* c = strchr(compiler.Text(), ' ') ? "\"" : "";
   OutputText out;
-  out.Format(
-      "@Echo Off\r\n%c:\r\nCD %s\r\n\r\n%s\\NMAKE %s.mak VCPATH=%s\r\nDel TargetList.mak\r\n"
-      "Del TargetCompile.mak\r\n\r\n",
-      projectFolder[0], folder.Text(), compiler.Text(), target->name, compiler.Text());
+  out.Format("@Echo Off\r\n%c:\r\nCD %s\r\n\r\n%s%s\\NMAKE%s %s%s.mak%s %sVCPATH=%s%s\r\n",
+             projectFolder[0], folder.Text(), c, compiler.Text(), c, q, target->name, q, c,
+             compiler.Text(), c);
+  out.Append("Del TargetList.mak\r\nDel TargetCompile.mak\r\n\r\n");
   if (!run || target->type == kTargetDll || target->type == kTargetLib) {
     out.Append("Pause\r\n");
   } else if (target->type == kTargetConsole) {
     // A console program's screen is cleared before it runs and kept open after it.
-    out.Format("If not exist %s goto Exit\r\nCls\r\n%s\r\n:Exit\r\nPause\r\n", output, output);
+    out.Format("If not exist %s%s%s goto Exit\r\nCls\r\n%s%s%s\r\n:Exit\r\nPause\r\n", q, output,
+               q, q, output, q);
   } else if (target->type == kTargetWindow || target->type == kTargetDialog ||
              target->type == kTargetAsm) {
-    out.Format("If not exist %s goto Exit\r\n%s\r\n:Exit\r\n", output, output);
+    out.Format("If not exist %s%s%s goto Exit\r\n%s%s%s\r\n:Exit\r\n", q, output, q, q, output, q);
   }
   if (folder.Failed() || compiler.Failed()) return nullptr;
   return out.Release();

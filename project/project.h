@@ -60,6 +60,7 @@ struct ProjectTarget {
 struct Project {
   char path[kProjectPathSize];  // the ".prj" file, internal form
   bool modified;
+  bool partial;  // the file holds more targets than were read: not saved without being asked
   ProjectTarget* targets;  // in file order
   void* tree;              // the project window's tree view
 };

@@ -21,6 +21,7 @@ namespace {
 constexpr int kMsgNotOpened = 2;
 constexpr int kMsgNotCreated = 3;
 constexpr int kMsgNotProject = 96;
+constexpr int kMsgTooManyTargets = 199;
 constexpr int kKeySize = 32;
 constexpr int kSystemPathSize = 1024;
 
@@ -278,10 +279,16 @@ bool LoadProject(Project* project, const char* path) {
   }
   FreeProjectTargets(project);
   memcpy(project->path, path, pathLength + 1);
+  project->partial = false;
   char section[kKeySize];
   for (int number = 0;; ++number) {
     FormatStr(section, sizeof section, "Target%02d", number);
     if (reader.Read(section, "Info", buffers.info, kInfoLimit * 2, kInfoLimit) == 0) break;
+    if (number == kProjectTargetLimit) {
+      project->partial = true;
+      HostMessagePath(kMsgTooManyTargets, kMbOk | kMbIconExclamation, path);
+      break;
+    }
     ProjectTarget* target = NewTarget();
     if (!target) break;
     // A target that can't be read whole is kept as far as it was read; the load ends there.

@@ -128,7 +128,7 @@
 #define IDD_SAVE_OTHER 146
 
 // The labels and frames of a dialog, numbered so that a language file can reach them.
-#define IDC_LABEL1 201  // ... 205
+#define IDC_LABEL1 201  // ... 213
 
 // Find and replace.
 #define IDC_FIND_TEXT 101
@@ -159,6 +159,30 @@
 #define IDC_LINE_END_CRLF 110  // the pair: CR LF, LF alone
 #define IDC_LINE_END_LF 111
 #define IDC_BYTE_ORDER_MARK 112
+
+// The project window's tree, the new-project dialog and the target dialog.
+#define IDC_PROJECT_TREE 127
+#define IDD_NEW_PROJECT 150
+#define IDD_TARGET 151
+#define IDC_PROJECT_NAME 101
+#define IDC_PROJECT_FOLDER 102
+#define IDC_PROJECT_BROWSE 103
+#define IDC_TARGET_TYPE0 101  // ... 106, in the order of the target types
+#define IDC_PLATFORM32 107    // the pair: 32-bit, 64-bit
+#define IDC_PLATFORM64 108
+#define IDC_USE_DEFAULT_LIB 109
+#define IDC_USE_KLIB 110
+#define IDC_TARGET_NAME 111
+#define IDC_TARGET_COMPILER 112
+#define IDC_MAKE_START 113
+#define IDC_ADD_COMPILE 114
+#define IDC_C_OPTION 115
+#define IDC_RC_OPTION 116
+#define IDC_ASM_OPTION 117
+#define IDC_LINK_OPTION 118
+#define IDC_LIBRARIES 119
+#define IDC_DEFINES 120
+#define IDC_INCLUDES 121
 
 // The help window and its built-in text (resource type "RTF").
 #define IDD_HELP 11

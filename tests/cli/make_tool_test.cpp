@@ -62,12 +62,12 @@ TEST_F(MakeTool, WritesTheMakefileAndBatchOfEachMode) {
             "O=OBJ\\my dll\r\nT=my dll.dll\r\nS=\\\r\n dll.cpp\\\r\n\r\n"
             "ADD_C_OPT=\r\nADD_RC_OPT=\r\nADD_LINK_OPT=/DEF:x.def\r\n\r\n"
             "!INCLUDE $(VCPATH)\\MakeDllX64.mak\r\n");
-  EXPECT_EQ(ReadFile(In("C.BAT")), Head("my dll.mak", "VC15") + "Pause\r\n");
+  EXPECT_EQ(ReadFile(In("C.BAT")), Head("\"my dll.mak\"", "VC15") + "Pause\r\n");
 
   // Build and run of a DLL only pauses too, and the old output goes first.
   std::ofstream(In("my dll.dll")) << "old";
   EXPECT_EQ(ToolMerged("make " + In("p.prj") + " 'my dll' --run").status, 0);
-  EXPECT_EQ(ReadFile(In("C.BAT")), Head("my dll.mak", "VC15") + "Pause\r\n");
+  EXPECT_EQ(ReadFile(In("C.BAT")), Head("\"my dll.mak\"", "VC15") + "Pause\r\n");
   EXPECT_FALSE(std::filesystem::exists(In("my dll.dll")));
 
   EXPECT_EQ(ToolMerged("make " + In("p.prj") + " con --run").status, 0);

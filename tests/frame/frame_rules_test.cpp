@@ -130,6 +130,10 @@ TEST(FrameCommands, TheTableSendsEachCommandWhereItBelongs) {
   EXPECT_EQ(FrameCommand(84), kCommandFrame);
   EXPECT_EQ(FrameCommand(34), kCommandFrame);
   EXPECT_EQ(FrameCommand(125), kCommandProjectWindow);
+  // New and open project belong to the frame; the other project items go to the active child.
+  EXPECT_EQ(FrameCommand(114), kCommandFrame);
+  EXPECT_EQ(FrameCommand(115), kCommandFrame);
+  EXPECT_EQ(FrameCommand(122), kCommandForward);
   EXPECT_EQ(FrameCommand(46), kCommandUnfinished);
   EXPECT_EQ(FrameCommand(44), kCommandSilent);
   EXPECT_EQ(FrameCommand(10000), kCommandWindowList);

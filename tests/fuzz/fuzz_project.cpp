@@ -13,6 +13,7 @@
 #include "project/make_target.h"
 #include "project/project.h"
 #include "project/project_file.h"
+#include "project/project_tree.h"
 
 namespace {
 
@@ -22,6 +23,30 @@ int Quiet(void*, const char*, unsigned) {
 
 void CheckText(const char* text, size_t limit) {
   if (text && (!*text || strlen(text) > limit)) __builtin_trap();
+}
+
+int CountFiles(const Project* project) {
+  int count = 0;
+  for (const ProjectTarget* target = project->targets; target; target = target->next)
+    count += CountTargetFiles(target);
+  return count;
+}
+
+// Node `index` of the tree in its visible order (every target open), or none past the end.
+bool NodeAt(const Project* project, int index, TreeNode* node) {
+  for (ProjectTarget* target = project->targets; target; target = target->next) {
+    if (index-- == 0) {
+      *node = {target, nullptr};
+      return true;
+    }
+    for (ProjectFile* file = target->files; file; file = file->next) {
+      if (index-- == 0) {
+        *node = {target, file};
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -55,6 +80,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       }
       FreeMem(ComposeMakefile(target));
       FreeMem(ComposeBatch(target, "C:/work", "C:/Quill", true));
+    }
+    // Drags between nodes picked by the input's last bytes never lose or duplicate anything.
+    int targets = CountTargets(&project);
+    int files = CountFiles(&project);
+    for (size_t i = 0; i + 1 < size && i < 16; i += 2) {
+      TreeNode dragged, dropped;
+      if (!NodeAt(&project, data[size - 1 - i], &dragged)) continue;
+      bool hasDrop = NodeAt(&project, data[size - 2 - i], &dropped);
+      DropTreeNode(&project, dragged, hasDrop ? &dropped : nullptr);
+      if (CountTargets(&project) != targets || CountFiles(&project) != files) __builtin_trap();
     }
   }
   FreeProjectTargets(&project);

@@ -81,8 +81,8 @@ TEST_F(MakeTargetTest, EveryPartInOrderWithTheOptionAsymmetries) {
             " x.asm\\\r\n"
             " k.C\\\r\n"
             "\r\n"
-            "ADD_C_OPT=/DNODEFAULTLIB /O2 /DDEBUG /DVER=2 /Iinc /I../common\r\n"
-            "ADD_RC_OPT=/l 0x412 /DDEBUG /DVER=2 /Iinc /I../common\r\n"
+            "ADD_C_OPT=/DNODEFAULTLIB /O2 /DDEBUG /DVER=2 /Iinc /I..\\common\r\n"
+            "ADD_RC_OPT=/l 0x412 /DDEBUG /DVER=2 /Iinc /I..\\common\r\n"
             "ADD_ASM_OPT=/coff\r\n"
             "ADD_LINK_OPT=/NODEFAULTLIB /MAP\r\n"
             "ADD_LIB=user32.lib gdi32.lib\r\n"
@@ -95,8 +95,8 @@ TEST_F(MakeTargetTest, EveryPartInOrderWithTheOptionAsymmetries) {
   SetTargetText(&target->linkOption, nullptr);
   target->useDefaultLib = 1;
   std::string text = Makefile(target);
-  EXPECT_NE(text.find("\r\nADD_C_OPT=/DDEBUG /DVER=2 /Iinc /I../common\r\n"), std::string::npos);
-  EXPECT_NE(text.find("\r\nADD_RC_OPT=/DDEBUG /DVER=2 /Iinc /I../common\r\n"), std::string::npos);
+  EXPECT_NE(text.find("\r\nADD_C_OPT=/DDEBUG /DVER=2 /Iinc /I..\\common\r\n"), std::string::npos);
+  EXPECT_NE(text.find("\r\nADD_RC_OPT=/DDEBUG /DVER=2 /Iinc /I..\\common\r\n"), std::string::npos);
   EXPECT_NE(text.find("\r\nADD_LINK_OPT=\r\n"), std::string::npos);
   target->useDefaultLib = 0;
   text = Makefile(target);
@@ -257,3 +257,23 @@ TEST_F(MakeTargetTest, AMakefileThatCannotBeCreatedShowsString3AndStartsNothing)
 }
 
 }  // namespace
+
+TEST_F(MakeTargetTest, NamesAndFoldersWithBlanksAreQuotedAndIncludeSlashesTurn) {
+  ProjectTarget* target = AddTarget("my app", kTargetConsole);
+  EXPECT_EQ(Take(ComposeBatch(target, "C:/My Work/proj", "D:/Program Files/Quill", true)),
+            "@Echo Off\r\nC:\r\nCD C:\\My Work\\proj\r\n\r\n"
+            "\"D:\\Program Files\\Quill\\VC9\\NMAKE\" \"my app.mak\" "
+            "\"VCPATH=D:\\Program Files\\Quill\\VC9\"\r\n"
+            "Del TargetList.mak\r\nDel TargetCompile.mak\r\n\r\n"
+            "If not exist \"my app.exe\" goto Exit\r\nCls\r\n\"my app.exe\"\r\n:Exit\r\nPause\r\n");
+  target->type = kTargetWindow;
+  EXPECT_NE(Batch(target, true).find("If not exist \"my app.exe\" goto Exit\r\n\"my app.exe\"\r\n"),
+            std::string::npos);
+  SetTargetText(&target->includes, "C:/SDK/include\r\nsrc/my inc\r\n\"quoted dir\"");
+  SetTargetText(&target->defines, "PATH_SEP=/");
+  std::string text = Makefile(target);
+  EXPECT_NE(text.find("ADD_C_OPT=/DPATH_SEP=/ /IC:\\SDK\\include /I\"src\\my inc\" "
+                      "/I\"quoted dir\"\r\n"),
+            std::string::npos)
+      << text;
+}

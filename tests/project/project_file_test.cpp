@@ -282,3 +282,31 @@ TEST_F(ProjectFileTest, HundredsOfTargetsNumberPastTwoDigits) {
 }
 
 }  // namespace
+
+namespace {
+
+// A file of more targets than a load reads: the first ones load, the user is told, and the
+// project is marked as read in part; the file itself is left as it was.
+TEST_F(ProjectFileTest, TargetsPastTheLimitAreLeftOutWithAMessage) {
+  std::string text = "[Head]\r\nInfo=Quill Project File 1.00\r\n";
+  const int count = kProjectTargetLimit + 2;
+  for (int i = 0; i < count; ++i)
+    text += "[Target" + std::string(i < 10 ? "0" : "") + std::to_string(i) + "]\r\nInfo=\"t" +
+            std::to_string(i) + "\" 0 0 1 0\r\nFile00=\r\n";
+  text += "[Target" + std::to_string(count) + "]\r\nInfo=\r\n";
+  WriteFileBytes(project_.path, text);
+  ASSERT_TRUE(LoadProject(&project_, project_.path));
+  EXPECT_EQ(CountTargets(&project_), kProjectTargetLimit);
+  EXPECT_TRUE(project_.partial);
+  ASSERT_EQ(asked_.size(), 1u);
+  EXPECT_NE(asked_[0].first.find("1000"), std::string::npos) << asked_[0].first;
+  EXPECT_EQ(ReadFileBytes(project_.path), text);
+  // A file within the limit is read whole and not partial.
+  WriteFileBytes(project_.path, "[Head]\r\nInfo=Quill Project File 1.00\r\n[Target00]\r\n"
+                                "Info=\"a\" 0 0 1 0\r\n[Target01]\r\nInfo=\r\n");
+  ASSERT_TRUE(LoadProject(&project_, project_.path));
+  EXPECT_FALSE(project_.partial);
+  EXPECT_EQ(CountTargets(&project_), 1);
+}
+
+}  // namespace
