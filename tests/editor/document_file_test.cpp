@@ -321,7 +321,7 @@ TEST_F(DocumentFile, ASaveAsksBeforeSubstitutingAndCanSwitchToUtf8) {
   // Cancel: nothing written, nothing changed.
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + In("k.txt") +
+  EXPECT_EQ(messages[0], "'" + Shown(In("k.txt")) +
                              "' 파일에 EUCKR(으)로 저장할 수 없는 문자가 2개 있습니다. (첫 문자: 1행 3열)"
                              "\n\n예: UTF-8로 바꾸어 저장합니다.\n아니오: 그대로 저장합니다. 그 문자들은 다른 "
                              "문자로 바뀝니다.\n취소: 저장하지 않습니다.");
