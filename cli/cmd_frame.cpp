@@ -8,6 +8,7 @@
 #include "encoding/text_encoding.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
 #include "frame/bitmap_font.h"
 #include "frame/command_line.h"
 #include "frame/frame_commands.h"
@@ -33,7 +34,7 @@ void PrintLine(const char* text) {
 
 int RunCmdline(int argc, char** argv) {
   if (argc != 1) return kExitUsage;
-  char path[kCommandPathSize];
+  char path[kPathSize];
   bool withFile = ParseCommandLine(argv[0], path);
   PrintLine(path);
   if (!path[0])
@@ -115,7 +116,7 @@ int RunSession(int argc, char** argv) {
   int length = SessionListLength(argv[0]);
   for (int i = 0; i < length; ++i) {
     SessionEntry entry;
-    char text[kSessionPathSize + 80];
+    char text[kPathSize + 80];
     if (ReadSessionEntry(argv[0], i, &entry)) {
       snprintf(text, sizeof text, "%d: %s %d %d %d %d %d", i, entry.path, entry.left, entry.top,
                entry.width, entry.height, entry.show);

@@ -9,10 +9,11 @@
 #include "csource/parse_source.h"
 #include "csource/preprocessor.h"
 #include "csource/show_definition.h"
-#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
 #include "foundation/host.h"
+#include "foundation/path.h"
+#include "foundation/text_builder.h"
 #include "project/project.h"
 #include "project/project_file.h"
 #include "project/project_host.h"
@@ -58,7 +59,7 @@ int RunLookupCommand(int argc, char** argv) {
   }
   if (count != 2) return kExitUsage;
 
-  char source[kProjectPathSize];
+  char source[kPathSize];
   if (!AbsoluteToolPath(names[0], source, sizeof source)) {
     fprintf(stderr, "quill-tool: lookup: %s: path too long\n", names[0]);
     return kExitFailed;
@@ -75,7 +76,7 @@ int RunLookupCommand(int argc, char** argv) {
   Project project{};
   bool ready = true;
   if (projectPath) {
-    char path[kProjectPathSize];
+    char path[kPathSize];
     ready = AbsoluteToolPath(projectPath, path, sizeof path) && LoadProject(&project, path);
     if (!ready) fprintf(stderr, "quill-tool: lookup: %s: not a project\n", projectPath);
   }

@@ -7,6 +7,7 @@
 #include "cli/tool_support.h"
 #include "foundation/formatter.h"
 #include "foundation/host.h"
+#include "foundation/path.h"
 #include "project/make_target.h"
 #include "project/project.h"
 #include "project/project_file.h"
@@ -35,7 +36,7 @@ int RunMakeCommand(int argc, char** argv) {
   const ProjectHost* previousHost = SetProjectHost(&kToolProjectHost);
   int status = kExitFailed;
   Project project{};
-  char path[kProjectPathSize];
+  char path[kPathSize];
   if (!AbsoluteToolPath(names[0], path, sizeof path)) {
     fprintf(stderr, "quill-tool: make: %s: path too long\n", names[0]);
   } else if (LoadProject(&project, path)) {
@@ -43,7 +44,7 @@ int RunMakeCommand(int argc, char** argv) {
     if (!target) {
       fprintf(stderr, "quill-tool: make: no target '%s' in %s\n", names[1], path);
     } else if (MakeTarget(&project, target, mode)) {
-      char folder[kProjectPathSize];
+      char folder[kPathSize];
       ProjectFolder(&project, folder, sizeof folder);
       printf("%s/%s.mak\n%s/C.BAT\n", folder, target->name, folder);
       status = kExitOk;

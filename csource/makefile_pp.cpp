@@ -9,9 +9,10 @@
 #include "csource/source_path.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
+#include "foundation/text_builder.h"
 
 namespace {
 
@@ -215,10 +216,10 @@ bool MakeDirective(MakeRun& run, const char* text, unsigned line) {
         n[--name.length] = '\0';
         ++n;
       }
-      char folder[kSourcePathSize];
+      char folder[kPathSize];
       const char* ignored;
       SplitSourcePath(run.path, folder, sizeof folder, &ignored);
-      char path[kSourcePathSize];
+      char path[kPathSize];
       if (*n && run.depth + 1 < kMaxMakefileDepth && JoinSourcePath(folder, n, path, sizeof path)) {
         // A makefile that includes itself twice would be read 2^16 times.
         if (*run.filesLeft > 0)

@@ -7,9 +7,10 @@
 #include "csource/preprocessor.h"
 #include "csource/source_path.h"
 #include "csource/symbol_table.h"
-#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
+#include "foundation/text_builder.h"
 #include "project/make_target.h"
 #include "project/project.h"
 
@@ -35,13 +36,13 @@ bool EndsWithCpp(const char* path) {
 // The project's target that lists the file, with its makefile written afresh.
 bool AskProject(Project* project, const char* sourcePath, char* makefile, char* compiler) {
   if (!project) return false;
-  char folder[kProjectPathSize];
+  char folder[kPathSize];
   if (ProjectFolder(project, folder, sizeof folder) < 0) return false;
-  char wanted[kSourcePathSize];
+  char wanted[kPathSize];
   if (!JoinSourcePath("", sourcePath, wanted, sizeof wanted)) return false;
   for (ProjectTarget* target = project->targets; target; target = target->next) {
     for (const ProjectFile* file = target->files; file; file = file->next) {
-      char path[kSourcePathSize];
+      char path[kPathSize];
       if (!JoinSourcePath(folder, file->path, path, sizeof path)) continue;
       if (!SamePathText(path, wanted)) continue;
       return MakeTarget(project, target, false, false, true, makefile, compiler) == 1;
@@ -98,7 +99,7 @@ void ScanCompilerOptions(SymbolTable* table, const char* options, const char* ma
     }
     folder[n] = '\0';
     if (!n) continue;
-    char path[kSourcePathSize];
+    char path[kPathSize];
     if (strcmp(folder, ".") == 0) {
       strncpy(path, makefileFolder, sizeof path - 1);
       path[sizeof path - 1] = '\0';
@@ -114,15 +115,15 @@ void ScanCompilerOptions(SymbolTable* table, const char* options, const char* ma
 int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink,
                     const ParseOptions* options) {
   char includePaths[kIncludePathsSize] = "";
-  char makefile[kProjectPathSize] = "";
+  char makefile[kPathSize] = "";
   char compiler[kCompilerNameSize] = "";
   if (options && AskProject(options->project, sourcePath, makefile, compiler)) {
-    char program[kProjectPathSize];
-    char compilerFolder[kProjectPathSize + kCompilerNameSize];
+    char program[kPathSize];
+    char compilerFolder[kPathSize + kCompilerNameSize];
     if (ProgramFolder(program, sizeof program) > 0) {
       JoinSourcePath(program, compiler, compilerFolder, sizeof compilerFolder);
       if (char* text = ReadCompilerOptions(compilerFolder, makefile, sink)) {
-        char folder[kSourcePathSize];
+        char folder[kPathSize];
         const char* ignored;
         SplitSourcePath(makefile, folder, sizeof folder, &ignored);
         ScanCompilerOptions(table, text, folder, includePaths, sizeof includePaths);
@@ -149,7 +150,7 @@ int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink
   AddSymbol(table, kSymbolMacro, "CPU", 0, "_M_IX86", "", "600");
   AddSymbol(table, kSymbolMacro, "CPU", 0, "_M_IX86_FP", "", "0");
 
-  char folder[kSourcePathSize];
+  char folder[kPathSize];
   const char* name;
   SplitSourcePath(sourcePath, folder, sizeof folder, &name);
   SeenFiles seen = {nullptr, 0, 0};

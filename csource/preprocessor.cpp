@@ -11,9 +11,10 @@
 #include "csource/source_path.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
+#include "foundation/text_builder.h"
 
 namespace {
 
@@ -48,19 +49,18 @@ bool AddSeen(SeenFiles* seen, const char* path) {
 bool Resolve(const char* fileName, const char* directory, const char* includePaths, int angleFlag,
              char* path) {
   if (!angleFlag || IsAbsoluteSourcePath(fileName)) {
-    if (JoinSourcePath(directory, fileName, path, kSourcePathSize) && IsPlainFile(path))
-      return true;
+    if (JoinSourcePath(directory, fileName, path, kPathSize) && IsPlainFile(path)) return true;
     if (IsAbsoluteSourcePath(fileName)) return false;
   }
   for (const char* p = includePaths ? includePaths : ""; *p;) {
     const char* e = strchr(p, ';');
     if (!e) e = p + strlen(p);
-    char folder[kSourcePathSize];
+    char folder[kPathSize];
     size_t length = static_cast<size_t>(e - p);
     if (length && length < sizeof folder) {
       memcpy(folder, p, length);
       folder[length] = '\0';
-      if (JoinSourcePath(folder, fileName, path, kSourcePathSize) && IsPlainFile(path)) return true;
+      if (JoinSourcePath(folder, fileName, path, kPathSize) && IsPlainFile(path)) return true;
     }
     p = *e ? e + 1 : e;
   }
@@ -384,7 +384,7 @@ void FreeSeenFiles(SeenFiles* seen) {
 
 int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName, const char* directory,
                    const char* includePaths, int angleFlag, int depth, TextBuffer* sink) {
-  char path[kSourcePathSize];
+  char path[kPathSize];
   if (!Resolve(fileName, directory, includePaths, angleFlag, path)) {
     AppendFormat(sink, "'%s' not Found\r\n", fileName);
     return 0;
@@ -394,7 +394,7 @@ int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName, co
   size_t size = 0;
   char* source = ReadWholeFile(path, &size, kOwnerSourceText);
   if (!source) return 0;
-  char folder[kSourcePathSize];
+  char folder[kPathSize];
   const char* ignored;
   SplitSourcePath(path, folder, sizeof folder, &ignored);
 

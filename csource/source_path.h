@@ -3,7 +3,7 @@
 #pragma once
 #include <cstddef>
 
-constexpr int kSourcePathSize = 780;
+#include "foundation/path.h"
 
 // Joins `folder` and `name` (a name that is absolute already stands alone) into `out`, with '\'
 // made '/', "." parts dropped and "dir/.." parts folded. False when it does not fit.

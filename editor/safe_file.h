@@ -6,10 +6,11 @@
 // written back when the write fails. A symbolic link is followed, so the link stays a link.
 #pragma once
 #include "foundation/fileutil.h"
+#include "foundation/path.h"
 
 struct SafeFile {
   FileHandle file;
-  char target[780];  // the file that is written, links followed
+  char target[kPathSize];  // the file that is written, links followed
   // The new bytes on their way (replacing), or the old bytes kept aside (in place).
   char temporary[800];
   char* buffer;  // writes are gathered here

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/path.h"
+
 // Windows values, so that callers and settings speak one language in every build.
 enum : unsigned {
   kFileRead = 0x80000000u,
@@ -74,7 +76,7 @@ bool FileResolveLinks(const char* path, char* resolved, int size);
 bool FileReplace(const char* target, const char* replacement);
 
 struct FindData {
-  char name[780];  // internal form
+  char name[kPathSize];  // internal form
   unsigned attributes;
   uint64_t size;
 };

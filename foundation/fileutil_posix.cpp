@@ -15,6 +15,7 @@
 
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
 
 extern char** environ;
 
@@ -79,7 +80,7 @@ unsigned AttributesOf(const struct stat& info, bool link) {
 // An open search: the folder and the name pattern of "folder/pattern".
 struct FindState {
   DIR* folder;
-  char directory[780];
+  char directory[kPathSize];
   char pattern[260];
 };
 

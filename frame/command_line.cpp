@@ -1,4 +1,5 @@
 #include "frame/command_line.h"
+#include "foundation/path.h"
 
 #include <cstring>
 
@@ -41,13 +42,13 @@ bool ParseCommandLine(const char* line, char* path) {
   char quote = (*p == '"' || *p == '\'') ? *p : '\0';
   if (quote) ++p;
   int length = 0;
-  for (; *p && length < kCommandPathSize - 1; ++p) {
+  for (; *p && length < kPathSize - 1; ++p) {
     unsigned char c = static_cast<unsigned char>(*p);
     if (quote ? c == static_cast<unsigned char>(quote) : c < 33) break;
     path[length++] = c == '\\' ? '/' : static_cast<char>(c);
   }
   // A cut in the middle of a UTF-8 sequence would leave a broken name: drop the partial tail.
-  if (length == kCommandPathSize - 1 && *p) {
+  if (length == kPathSize - 1 && *p) {
     int lead = length;
     while (lead > 0 && (static_cast<unsigned char>(path[lead - 1]) & 0xC0) == 0x80)
       --lead;

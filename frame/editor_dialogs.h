@@ -4,6 +4,8 @@
 #pragma once
 #include <windows.h>
 
+#include "foundation/path.h"
+
 struct SearchRequest;
 struct TabSizeAnswer;
 struct OtherFormatAnswer;
@@ -19,7 +21,7 @@ bool AskOtherFormatDialog(HWND owner, OtherFormatAnswer* answer);
 // The open-other-format dialog: a file, an encoding (0 detect, 1 ... 4) and a tab width, the two
 // choices kept as `ImportHanCode` and `ImportTabSize`.
 struct ImportAnswer {
-  char path[780];  // internal form
+  char path[kPathSize];  // internal form
   int encoding;
   int tabSize;
 };

@@ -2,6 +2,8 @@
 #pragma once
 #include <windows.h>
 
+#include "foundation/path.h"
+
 #include "frame/status_text.h"
 
 struct FrameState {
@@ -14,7 +16,7 @@ struct FrameState {
   HMODULE richEdit;
   bool startedWithFile;
   char* settingsPath;  // internal form (owner 1006)
-  char commandPath[780];
+  char commandPath[kPathSize];
   HBITMAP buildBitmaps[3];  // commands 124, 125, 126
   StatusMemory status;
   StatusMemory formatStatus;  // part 3: encoding and line ends

@@ -11,6 +11,7 @@
 #include "foundation/file_dialogs.h"
 #include "foundation/fileutil.h"
 #include "foundation/message_box.h"
+#include "foundation/path.h"
 #include "foundation/translate.h"
 #include "frame/command_line.h"
 #include "frame/dialog_support.h"
@@ -162,7 +163,7 @@ void StartSecondCopy() {
 }
 
 void OpenWithDialog(HWND frame) {
-  char path[780] = "";
+  char path[kPathSize] = "";
   if (!AskOpenFileName(frame, path, sizeof path, nullptr, kSourceFileFilter, nullptr, 0)) return;
   OpenOrActivateDocument(path, nullptr, 0, 0);
 }
@@ -296,7 +297,7 @@ void OnDropFiles(HDROP drop) {
   for (UINT i = 0; i < count; ++i) {
     wchar_t wide[MAX_PATH];
     if (!DragQueryFileW(drop, i, wide, MAX_PATH)) continue;
-    char path[780];
+    char path[kPathSize];
     if (!WideCharToMultiByte(CP_UTF8, 0, wide, -1, path, sizeof path, nullptr, nullptr)) continue;
     for (char* p = path; *p; ++p) {
       if (*p == '\\') *p = '/';

@@ -14,6 +14,7 @@
 #include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/os_profile.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "foundation/system_text.h"
 #include "frame/dialog_support.h"
@@ -51,7 +52,7 @@ constexpr int kMsgSaveAsTitle = 83;
 constexpr int kMsgAlreadyThere = 116;
 
 // The project named on the command line or remembered in the settings, until it is opened.
-char g_startProject[kProjectPathSize];
+char g_startProject[kPathSize];
 
 const char kProjectFilter[] = "Project File\0*.prj\0";
 const wchar_t* const kCompilers[] = {L"VC9", L"VC15"};
@@ -83,9 +84,8 @@ void DrawPicture(HDC dc, int index, HFONT font) {
     COLORREF colour;
   };
   static const Look kLooks[kImageCount] = {
-      {L"", RGB(0xD8, 0xA8, 0x20)},   {L"C", RGB(0x20, 0x40, 0xC0)},
-      {L"+", RGB(0x20, 0x80, 0x40)},  {L"H", RGB(0x80, 0x20, 0xA0)},
-      {L"A", RGB(0xA0, 0x40, 0x20)},  {L"R", RGB(0xC0, 0x20, 0x40)},
+      {L"", RGB(0xD8, 0xA8, 0x20)},  {L"C", RGB(0x20, 0x40, 0xC0)}, {L"+", RGB(0x20, 0x80, 0x40)},
+      {L"H", RGB(0x80, 0x20, 0xA0)}, {L"A", RGB(0xA0, 0x40, 0x20)}, {L"R", RGB(0xC0, 0x20, 0x40)},
       {L"", RGB(0x80, 0x80, 0x80)}};
   const Look& look = kLooks[index];
   RECT all = {x, 0, x + 16, 16};
@@ -142,9 +142,9 @@ void Widen(const char* text, wchar_t* wide, int size) {
 }
 
 void ShowProjectTitle(ProjectWindow* data) {
-  wchar_t title[kProjectPathSize];
+  wchar_t title[kPathSize];
   if (data->project.path[0]) {
-    Widen(data->project.path, title, kProjectPathSize);
+    Widen(data->project.path, title, kPathSize);
     for (wchar_t* p = title; *p; ++p) {
       if (*p == L'/') *p = L'\\';
     }
@@ -159,8 +159,8 @@ void ShowProjectTitle(ProjectWindow* data) {
 // ---- The tree
 
 HTREEITEM InsertNode(HWND tree, HTREEITEM parent, const char* text, int image, void* record) {
-  wchar_t wide[kProjectPathSize];
-  Widen(text, wide, kProjectPathSize);
+  wchar_t wide[kPathSize];
+  Widen(text, wide, kPathSize);
   TVINSERTSTRUCTW insert = {};
   insert.hParent = parent ? parent : TVI_ROOT;
   insert.hInsertAfter = TVI_LAST;
@@ -265,7 +265,7 @@ ProjectTarget* CommandTargetOrAsk(ProjectWindow* data) {
 // ---- Commands
 
 bool SaveProjectAs(ProjectWindow* data) {
-  char path[kProjectPathSize];
+  char path[kPathSize];
   strcpy(path, data->project.path);
   if (!AskSaveFileName(data->window, path, sizeof path, GetStr(kMsgSaveAsTitle), kProjectFilter,
                        nullptr, 0, "prj")) {
@@ -310,7 +310,7 @@ const char* ActiveDocumentPath() {
 bool ProjectFilePath(const Project* project, const char* path, char* full, int size) {
   bool absolute = path[0] == '/' || (path[0] && path[1] == ':');
   if (absolute) return FormatStr(full, size, "%s", path) <= size;
-  char folder[kProjectPathSize];
+  char folder[kPathSize];
   if (ProjectFolder(project, folder, sizeof folder) < 0) return false;
   return FormatStr(full, size, "%s%s%s", folder, folder[0] ? "/" : "", path) <= size;
 }
@@ -318,7 +318,7 @@ bool ProjectFilePath(const Project* project, const char* path, char* full, int s
 void OpenSelectedFile(ProjectWindow* data) {
   TreeNode node;
   if (!SelectedNode(data, &node) || !node.file) return;
-  char full[kProjectPathSize];
+  char full[kPathSize];
   if (ProjectFilePath(&data->project, node.file->path, full, sizeof full))
     OpenOrActivateDocument(full, nullptr, 0, 0);
 }
@@ -374,8 +374,7 @@ char** FieldOf(ProjectTarget* target, const TextField& field) {
 }
 
 void SetLongText(HWND dialog, int id, const char* text) {
-  wchar_t* wide =
-      static_cast<wchar_t*>(AllocMem(kFieldUnits * sizeof(wchar_t), kOwnerDialogText));
+  wchar_t* wide = static_cast<wchar_t*>(AllocMem(kFieldUnits * sizeof(wchar_t), kOwnerDialogText));
   if (!wide) return;
   Widen(text ? text : "", wide, kFieldUnits);
   SetDlgItemTextW(dialog, id, wide);
@@ -383,8 +382,7 @@ void SetLongText(HWND dialog, int id, const char* text) {
 }
 
 void GetLongText(HWND dialog, int id, char** field) {
-  wchar_t* wide =
-      static_cast<wchar_t*>(AllocMem(kFieldUnits * sizeof(wchar_t), kOwnerDialogText));
+  wchar_t* wide = static_cast<wchar_t*>(AllocMem(kFieldUnits * sizeof(wchar_t), kOwnerDialogText));
   char* text = static_cast<char*>(AllocMem(kFieldUnits * 3, kOwnerDialogText));
   if (wide && text) {
     GetDlgItemTextW(dialog, id, wide, kFieldUnits);
@@ -476,7 +474,7 @@ void AddNewTarget(ProjectWindow* data) {
   FillTree(data, &select);
   // The target's main source is where the user starts typing.
   if (target->files) {
-    char full[kProjectPathSize];
+    char full[kPathSize];
     if (ProjectFilePath(&data->project, target->files->path, full, sizeof full))
       OpenOrActivateDocument(full, nullptr, 0, 0);
   }
@@ -638,11 +636,11 @@ LRESULT OnNotify(ProjectWindow* data, NMHDR* header) {
 void OnCreate(HWND window, ProjectWindow* data) {
   data->window = window;
   g_frame.projectWindow = window;
-  data->tree = CreateWindowExW(
-      WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
-      WS_CHILD | WS_VISIBLE | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
-          TVS_SHOWSELALWAYS | TVS_FULLROWSELECT,
-      0, 0, 0, 0, window, reinterpret_cast<HMENU>(IDC_PROJECT_TREE), g_frame.instance, nullptr);
+  data->tree = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
+                               WS_CHILD | WS_VISIBLE | TVS_HASBUTTONS | TVS_HASLINES |
+                                   TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_FULLROWSELECT,
+                               0, 0, 0, 0, window, reinterpret_cast<HMENU>(IDC_PROJECT_TREE),
+                               g_frame.instance, nullptr);
   data->images = MakeImages();
   if (data->tree && data->images) TreeView_SetImageList(data->tree, data->images, TVSIL_NORMAL);
   data->project.tree = data->tree;
@@ -653,7 +651,7 @@ void OnDestroy(ProjectWindow* data) {
   data->images = nullptr;
   if (g_frame.projectWindow == data->window) g_frame.projectWindow = nullptr;
   HWND other = GetWindow(data->window, GW_HWNDNEXT) ? GetWindow(data->window, GW_HWNDNEXT)
-                                                     : GetWindow(data->window, GW_HWNDPREV);
+                                                    : GetWindow(data->window, GW_HWNDPREV);
   UpdateMenuState(other ? 1 : 0, false);
 }
 
@@ -753,13 +751,13 @@ void ReadWindowPlace(const char* path, int* place) {
   place[2] = 300;
   place[3] = (client.bottom > kStatusBarHeight ? client.bottom - kStatusBarHeight : 0) / 5;
   place[4] = -1;
-  char system[kProjectPathSize * 2];
+  char system[kPathSize * 2];
   char text[128];
   if (ToSystemPath(path, system, sizeof system) < 0) return;
   if (OsProfileGetString(system, kDocListSection, kProjectKey, "", text, sizeof text) <= 0) return;
   int values[5];
-  if (sscanf(text, "%d %d %d %d %d", &values[0], &values[1], &values[2], &values[3],
-             &values[4]) >= 4) {
+  if (sscanf(text, "%d %d %d %d %d", &values[0], &values[1], &values[2], &values[3], &values[4]) >=
+      4) {
     for (int i = 0; i < 5 && (i < 4 || values[4] > 0); ++i)
       place[i] = values[i];
   }
@@ -810,8 +808,8 @@ ProjectWindow* NewWindowData() {
 // ---- The new-project dialog
 
 struct NewProjectDialog {
-  char name[kProjectPathSize];
-  char folder[kProjectPathSize];
+  char name[kPathSize];
+  char folder[kPathSize];
 };
 
 INT_PTR CALLBACK NewProjectProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -824,7 +822,7 @@ INT_PTR CALLBACK NewProjectProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
     case WM_COMMAND:
       switch (LOWORD(wParam)) {
         case IDC_PROJECT_BROWSE: {
-          char folder[kProjectPathSize];
+          char folder[kPathSize];
           GetControlText(dialog, IDC_PROJECT_FOLDER, folder, sizeof folder, true);
           if (AskFolder(dialog, GetStr(kMsgNeedFolder), folder, sizeof folder, nullptr))
             SetControlText(dialog, IDC_PROJECT_FOLDER, folder, true);
@@ -854,7 +852,7 @@ INT_PTR CALLBACK NewProjectProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
 
 // Creates every missing folder of `path` (internal form).
 void CreateFolders(const char* path) {
-  char folder[kProjectPathSize];
+  char folder[kPathSize];
   size_t length = strlen(path);
   if (length >= sizeof folder) return;
   memcpy(folder, path, length + 1);
@@ -913,13 +911,13 @@ void OpenProjectLater(const char* path) {
 
 void OpenProjectWithDialog(HWND frame) {
   if (g_startProject[0]) {
-    char start[kProjectPathSize];
+    char start[kPathSize];
     strcpy(start, g_startProject);
     g_startProject[0] = '\0';
     OpenProjectWindow(start);
     return;
   }
-  char path[kProjectPathSize] = "";
+  char path[kPathSize] = "";
   if (!AskOpenFileName(frame, path, sizeof path, GetStr(kMsgOpenTitle), kProjectFilter, nullptr,
                        0)) {
     return;
@@ -929,7 +927,7 @@ void OpenProjectWithDialog(HWND frame) {
 
 void NewProjectWithDialog(HWND frame) {
   NewProjectDialog dialog = {};
-  char path[kProjectPathSize];
+  char path[kPathSize];
   if (DefaultProjectPath(path, sizeof path) < 0) path[0] = '\0';
   // "<folder>/NoName.prj": the folder and the name without its extension.
   char* slash = strrchr(path, '/');
@@ -946,8 +944,7 @@ void NewProjectWithDialog(HWND frame) {
   while (folderLength > 1 && dialog.folder[folderLength - 1] == '/')
     dialog.folder[--folderLength] = '\0';
   WriteText(kProjectSection, "DefPrjFolder", dialog.folder);
-  if (FormatStr(path, sizeof path, "%s/%s.prj", dialog.folder, dialog.name) > kProjectPathSize)
-    return;
+  if (FormatStr(path, sizeof path, "%s/%s.prj", dialog.folder, dialog.name) > kPathSize) return;
   // A new project over an existing one would hide all of its targets.
   if (FileGetAttributes(path) != kNoAttributes &&
       HostMessagePath(kMsgAlreadyThere, kMbYesNo | kMbIconQuestion, path) != kIdYes) {

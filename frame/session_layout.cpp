@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "editor/document.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "frame/command_line.h"
 #include "frame/editor_child.h"
@@ -97,7 +98,7 @@ void SaveSessionAtClose() {
 }
 
 bool RestoreSession() {
-  char text[780];
+  char text[kPathSize];
   if (ReadStr(kDlgPosSection, FramePlaceKey(), text, sizeof text) > 0) {
     FramePlace place;
     if (ParseFramePlace(text, &place)) {

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "foundation/formatter.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 
 const char kDocListSection[] = "DocList";
@@ -12,7 +13,7 @@ const char kCommandLineFramePlaceKey[] = "CLFrameWnd";
 
 namespace {
 
-constexpr int kEntrySize = kSessionPathSize + 80;
+constexpr int kEntrySize = kPathSize + 80;
 
 // One decimal number after blanks, in the profile's manner: an optional sign, then digits.
 bool ReadNumber(const char** cursor, int* value) {
@@ -48,14 +49,14 @@ bool ParseSessionEntry(const char* text, SessionEntry* entry) {
   if (*p == '"') {
     ++p;
     while (*p && *p != '"') {
-      if (length >= kSessionPathSize - 1) return false;
+      if (length >= kPathSize - 1) return false;
       entry->path[length++] = *p++;
     }
     if (*p != '"') return false;
     ++p;
   } else {
     while (static_cast<unsigned char>(*p) > ' ') {
-      if (length >= kSessionPathSize - 1) return false;
+      if (length >= kPathSize - 1) return false;
       entry->path[length++] = *p++;
     }
   }
@@ -81,8 +82,8 @@ int SaveSessionList(const char* file, const SessionWindow* windows, int count) {
     }
     if (window.untitled) continue;
     SessionEntry entry;
-    strncpy(entry.path, window.path, kSessionPathSize - 1);
-    entry.path[kSessionPathSize - 1] = '\0';
+    strncpy(entry.path, window.path, kPathSize - 1);
+    entry.path[kPathSize - 1] = '\0';
     entry.left = window.left;
     entry.top = window.top;
     entry.width = window.width;

@@ -1,8 +1,8 @@
 // The desk kept between runs: the frame's placement and the list of open documents with their
 // window placements, in section "DocList" of the settings file or of a project file.
 #pragma once
+#include "foundation/path.h"
 
-constexpr int kSessionPathSize = 780;
 constexpr int kMaxSessionWindows = 100;
 
 extern const char kDocListSection[];            // "DocList"
@@ -26,7 +26,7 @@ struct SessionWindow {
 int SaveSessionList(const char* file, const SessionWindow* windows, int count);
 
 struct SessionEntry {
-  char path[kSessionPathSize];
+  char path[kPathSize];
   int left, top, width, height, show;
 };
 // "\"%s\" %d %d %d %d %d"; the length the whole text needs, as FormatStr.

@@ -13,6 +13,7 @@
 #include "foundation/memory.h"
 #include "foundation/modeless.h"
 #include "foundation/os_path.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "frame/command_line.h"
 #include "frame/display_objects.h"
@@ -60,7 +61,7 @@ bool StartSockets() {
 
 // Keeps the settings file's path in the internal form: the document list is written into it.
 char* CopySettingsPath() {
-  char module[780];
+  char module[kPathSize];
   if (!OsGetModulePath(module, sizeof module)) return nullptr;
   char* path = static_cast<char*>(AllocMem(sizeof module, kOwnerSettingsCopy));
   if (path && !MakeProfilePath(module, "ini", path, sizeof module)) {

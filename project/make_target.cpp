@@ -7,6 +7,7 @@
 #include "foundation/formatter.h"
 #include "foundation/host.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
 #include "foundation/system_text.h"
 #include "project/folder_tree.h"
 #include "project/output_text.h"
@@ -188,8 +189,8 @@ char* ComposeBatch(const ProjectTarget* target, const char* projectFolder,
     out.Append("Pause\r\n");
   } else if (target->type == kTargetConsole) {
     // A console program's screen is cleared before it runs and kept open after it.
-    out.Format("If not exist %s%s%s goto Exit\r\nCls\r\n%s%s%s\r\n:Exit\r\nPause\r\n", q, output,
-               q, q, output, q);
+    out.Format("If not exist %s%s%s goto Exit\r\nCls\r\n%s%s%s\r\n:Exit\r\nPause\r\n", q, output, q,
+               q, output, q);
   } else if (target->type == kTargetWindow || target->type == kTargetDialog ||
              target->type == kTargetAsm) {
     out.Format("If not exist %s%s%s goto Exit\r\n%s%s%s\r\n:Exit\r\n", q, output, q, q, output, q);
@@ -207,8 +208,8 @@ int MakeTarget(Project* project, ProjectTarget* target, bool rebuild, bool run, 
     if (answer == kIdYes) host.saveAllSources(host.context);
   }
 
-  char folder[kProjectPathSize];
-  char path[kProjectPathSize];
+  char folder[kPathSize];
+  char path[kPathSize];
   if (ProjectFolder(project, folder, sizeof folder) < 0) return 0;
   if (rebuild) {
     if (!JoinPath(path, sizeof path, folder, "OBJ", "")) return 0;
@@ -242,14 +243,14 @@ int MakeTarget(Project* project, ProjectTarget* target, bool rebuild, bool run, 
   if (!written) return 0;
   if (makefileOnly) return 1;
 
-  char program[kProjectPathSize];
+  char program[kPathSize];
   if (ProgramFolder(program, sizeof program) == 0) return 0;
   if (!JoinPath(path, sizeof path, folder, "C.BAT", "")) return 0;
   char* batch = ComposeBatch(target, folder, program, run);
   written = batch && WriteTextFile(path, batch);
   FreeMem(batch);
   if (!written) return 0;
-  char commandLine[kProjectPathSize + 2];
+  char commandLine[kPathSize + 2];
   FormatStr(commandLine, sizeof commandLine, "\"%s\"", path);
   if (!host.startProgram(host.context, commandLine, kShowNormal)) {
     DebugLog("MakeTarget: could not start %s, Error=%d\r\n", commandLine,

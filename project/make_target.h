@@ -2,6 +2,7 @@
 // variables and includes the make file of the target's compiler folder beside the program, and a
 // batch file "C.BAT" that runs that folder's NMAKE on it, and starts the batch file.
 #pragma once
+#include "foundation/path.h"
 
 struct Project;
 struct ProjectTarget;
@@ -16,7 +17,7 @@ char* ComposeBatch(const ProjectTarget* target, const char* projectFolder,
                    const char* programFolder, bool run);
 
 // Asks about unsaved sources, deletes "OBJ/" (rebuild) or the old output (run), writes the makefile
-// and, unless `makefileOnly`, "C.BAT", which it then starts. `makefilePathOut` (kProjectPathSize)
+// and, unless `makefileOnly`, "C.BAT", which it then starts. `makefilePathOut` (kPathSize)
 // and `compilerOut` (kCompilerNameSize) receive the makefile's path and the compiler name when
 // given. Returns 1 on success, 0 after the message that says why not (or a cancel).
 int MakeTarget(Project* project, ProjectTarget* target, bool rebuild, bool run, bool makefileOnly,

@@ -7,6 +7,7 @@
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
 #include "foundation/os_path.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 
 const char kProjectSection[] = "Project";
@@ -211,7 +212,7 @@ bool AppendTargetFile(ProjectTarget* target, const char* path) {
 
 AddFileResult AddProjectFile(Project* project, ProjectTarget* target, const char* path,
                              ProjectFile** node) {
-  char relative[kProjectPathSize];
+  char relative[kPathSize];
   if (MakeProjectRelative(project->path, path, relative, sizeof relative) < 0) {
     return AddFileResult::kFailed;
   }
@@ -249,7 +250,7 @@ int CountTargetFiles(const ProjectTarget* target) {
 }
 
 int DefaultProjectPath(char* buffer, int size) {
-  char folder[kProjectPathSize];
+  char folder[kPathSize];
   int length = ReadText(kProjectSection, "DefPrjFolder", folder, sizeof folder, "");
   if (length == 0) length = ProgramFolder(folder, sizeof folder);
   // The remembered folder may be stored with or without its closing separator.

@@ -2,8 +2,8 @@
 // open at a time, held by the project window; it is kept in a ".prj" profile file (project_file.h)
 // and turned into a makefile and a batch file (make_target.h).
 #pragma once
+#include "foundation/path.h"
 
-constexpr int kProjectPathSize = 780;
 constexpr int kTargetNameSize = 64;    // up to 63 characters
 constexpr int kCompilerNameSize = 32;  // up to 31 characters
 constexpr char kDefaultCompiler[] = "VC9";
@@ -58,7 +58,7 @@ struct ProjectTarget {
 };
 
 struct Project {
-  char path[kProjectPathSize];  // the ".prj" file, internal form
+  char path[kPathSize];  // the ".prj" file, internal form
   bool modified;
   bool partial;  // the file holds more targets than were read: not saved without being asked
   ProjectTarget* targets;  // in file order

@@ -7,6 +7,7 @@
 #include "foundation/host.h"
 #include "foundation/memory.h"
 #include "foundation/os_profile.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "foundation/system_text.h"
 #include "project/project.h"
@@ -174,7 +175,7 @@ struct LoadBuffers {
   char* option;
 };
 
-constexpr int kInfoLimit = kProjectPathSize;
+constexpr int kInfoLimit = kPathSize;
 constexpr int kOptionBufferSize = kProjectTextLimit * 2;
 constexpr int kLineBufferSize = (kProjectLineLimit + 1) * 2;
 
@@ -184,7 +185,7 @@ bool ReadTarget(ProjectReader& reader, const char* section, LoadBuffers& buffers
   char key[kKeySize];
   for (int number = 0;; ++number) {
     FormatStr(key, sizeof key, "File%02d", number);
-    if (reader.Read(section, key, buffers.line, kLineBufferSize, kProjectPathSize) == 0) break;
+    if (reader.Read(section, key, buffers.line, kLineBufferSize, kPathSize) == 0) break;
     if (!AppendTargetFile(target, buffers.line)) return false;
   }
   struct {
@@ -253,7 +254,7 @@ bool LoadProject(Project* project, const char* path) {
   }
   ProjectReader reader;
   size_t pathLength = strlen(path);
-  if (pathLength >= kProjectPathSize || ToSystemPath(path, reader.path, sizeof reader.path) < 0) {
+  if (pathLength >= kPathSize || ToSystemPath(path, reader.path, sizeof reader.path) < 0) {
     HostMessageId(kMsgNotOpened, kMbOk | kMbIconExclamation, path);
     return false;
   }

@@ -2,6 +2,7 @@
 
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
+#include "foundation/path.h"
 #include "project/project.h"
 
 namespace {
@@ -39,17 +40,17 @@ struct Copier {
   Project* project;
   ProjectTarget* target;
   const char* templateFolder;
-  char projectFolder[kProjectPathSize];
+  char projectFolder[kPathSize];
   ProjectFile* lastListed;
   int copied;
 
   void Copy(const TemplateFile& file) {
-    char source[kProjectPathSize];
-    char destination[kProjectPathSize];
+    char source[kPathSize];
+    char destination[kPathSize];
     const char* name = target->useKLib ? file.klib : file.plain;
-    if (FormatStr(source, sizeof source, "%s/%s", templateFolder, name) > kProjectPathSize ||
+    if (FormatStr(source, sizeof source, "%s/%s", templateFolder, name) > kPathSize ||
         FormatStr(destination, sizeof destination, "%s/%s", projectFolder, file.target) >
-            kProjectPathSize) {
+            kPathSize) {
       return;
     }
     if (!FileCopy(source, destination, true)) return;
@@ -82,8 +83,8 @@ int CopyTargetTemplates(Project* project, ProjectTarget* target, const char* tem
 }
 
 int CopyTargetTemplates(Project* project, ProjectTarget* target, ProjectFile** lastListed) {
-  char program[kProjectPathSize];
-  char folder[kProjectPathSize];
+  char program[kPathSize];
+  char folder[kPathSize];
   if (ProgramFolder(program, sizeof program) == 0) return 0;
   FormatStr(folder, sizeof folder, "%s/TEMPLATE", program);
   return CopyTargetTemplates(project, target, folder, lastListed);

@@ -8,6 +8,7 @@
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
 #include "foundation/text_builder.h"
 #include "tools/bin2src_messages.h"
 
@@ -17,7 +18,7 @@ constexpr int kOwnerReadBuffer = 7000;
 constexpr int kOwnerLineBuffer = 7001;
 // A line longer than this is written in pieces; the file is the same.
 constexpr size_t kLineFlushSize = 1 << 16;
-constexpr int kMessageSize = kBin2SrcPathSize + 128;
+constexpr int kMessageSize = kPathSize + 128;
 
 void ShowError(const Bin2SrcHost& host, int id, const char* argument) {
   char text[kMessageSize];
@@ -89,9 +90,9 @@ void AppendHeader(Output& out) {
   const Bin2SrcOptions& options = out.options;
   static const char* const kCTypes[2][3] = {{"BYTE", "WORD", "DWORD"}, {"char", "short", "int"}};
   static const char* const kJavaTypes[3] = {"byte", "short", "int"};
-  char name[kBin2SrcPathSize];
+  char name[kPathSize];
   ArrayName(options.binFile, name, sizeof name);
-  char line[kBin2SrcPathSize + 64];
+  char line[kPathSize + 64];
   if (options.type == kBin2SrcC) {
     FormatStr(line, sizeof line, "static CONST %s %s[]=\r\n    {\r\n",
               kCTypes[options.dataExp == kBin2SrcSigned][options.dataSize], name);
@@ -227,7 +228,7 @@ Bin2SrcResult RunBin2Src(Bin2SrcOptions* options, const Bin2SrcHost& host) {
     return Bin2SrcResult::kNoFormat;
   }
   if (!options->saveFile[0]) strcpy(options->saveFile, options->binFile);
-  if (!SetBin2SrcExtension(options->saveFile, kBin2SrcPathSize, options->type)) {
+  if (!SetBin2SrcExtension(options->saveFile, kPathSize, options->type)) {
     ShowError(host, kMsgFileNotCreated, options->saveFile);
     return Bin2SrcResult::kFailed;
   }

@@ -2,7 +2,8 @@
 #pragma once
 #include <cstdint>
 
-constexpr int kBin2SrcPathSize = 780;
+#include "foundation/path.h"
+
 constexpr int kBin2SrcFormatSize = 80;
 constexpr int kBin2SrcSkipSize = 40;
 // A chunk of the file is held whole (the odd last element takes bytes of the previous one), so a
@@ -14,8 +15,8 @@ enum : int { kBin2SrcHex = 0, kBin2SrcSigned = 1, kBin2SrcUnsigned = 2 };
 
 // The dialog's options, as the settings keep them (radio groups as indexes).
 struct Bin2SrcOptions {
-  char binFile[kBin2SrcPathSize];     // Bin2SrcBinFile
-  char saveFile[kBin2SrcPathSize];    // Bin2SrcToSaveFile
+  char binFile[kPathSize];            // Bin2SrcBinFile
+  char saveFile[kPathSize];           // Bin2SrcToSaveFile
   int type;                           // Bin2SrcType: language
   int dataExp;                        // Bin2SrcDataExp: number form
   int dataSize;                       // Bin2SrcDataSize: 0, 1, 2 for 1, 2, 4 bytes

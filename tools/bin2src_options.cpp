@@ -1,12 +1,13 @@
 // The options of binary to source in the settings file, section "Config".
 #include "tools/bin2src_options.h"
 
+#include "foundation/path.h"
 #include "foundation/settings.h"
 
 void LoadBin2SrcOptions(Bin2SrcOptions* options) {
   SetDefaultBin2SrcOptions(options);
-  ReadText(kConfigSection, "Bin2SrcBinFile", options->binFile, kBin2SrcPathSize, "");
-  ReadText(kConfigSection, "Bin2SrcToSaveFile", options->saveFile, kBin2SrcPathSize, "");
+  ReadText(kConfigSection, "Bin2SrcBinFile", options->binFile, kPathSize, "");
+  ReadText(kConfigSection, "Bin2SrcToSaveFile", options->saveFile, kPathSize, "");
   options->type = ReadInt(kConfigSection, "Bin2SrcType", options->type);
   options->dataExp = ReadInt(kConfigSection, "Bin2SrcDataExp", options->dataExp);
   options->dataSize = ReadInt(kConfigSection, "Bin2SrcDataSize", options->dataSize);

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "foundation/path.h"
 #include "frame/command_line.h"
 
 namespace {
@@ -13,7 +14,7 @@ struct Parsed {
 };
 
 Parsed Parse(const char* line) {
-  char path[kCommandPathSize];
+  char path[kPathSize];
   bool withFile = ParseCommandLine(line, path);
   return {path, withFile};
 }
@@ -59,7 +60,7 @@ TEST(FrameCommandLine, AProjectFileInAnyCaseLeavesTheFlagClear) {
 TEST(FrameCommandLine, ALongArgumentIsCutWithoutBreakingACharacter) {
   std::string name(800, 'a');
   Parsed p = Parse(("Quill.exe " + name).c_str());
-  EXPECT_EQ(p.path.size(), size_t{kCommandPathSize - 1});
+  EXPECT_EQ(p.path.size(), size_t{kPathSize - 1});
 
   // 778 ASCII bytes and then a three-byte Hangul syllable: the syllable would end at byte 781.
   std::string hangul = std::string(778, 'b') + "\xED\x95\x9C" + "tail";

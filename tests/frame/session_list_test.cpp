@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "frame/session_list.h"
 #include "tests/support/klib_test.h"
@@ -65,9 +66,8 @@ TEST_F(SessionListTest, UntitledDocumentsTakeNoIndexAndTheListEndsEmpty) {
 }
 
 TEST_F(SessionListTest, AShorterListEndsBeforeTheOldEntriesOfALongerOne) {
-  SessionWindow three[] = {{"a.c", false, 0, 0, 1, 1, 1},
-                           {"b.c", false, 0, 0, 1, 1, 1},
-                           {"c.c", false, 0, 0, 1, 1, 1}};
+  SessionWindow three[] = {
+      {"a.c", false, 0, 0, 1, 1, 1}, {"b.c", false, 0, 0, 1, 1, 1}, {"c.c", false, 0, 0, 1, 1, 1}};
   SaveSessionList(path_.c_str(), three, 3);
   SaveSessionList(path_.c_str(), three + 2, 1);
   EXPECT_EQ(SessionListLength(path_.c_str()), 1);
@@ -103,12 +103,12 @@ TEST(SessionEntryParse, QuotedPathsAreTakenWholeAndBadEntriesRefused) {
   EXPECT_EQ(entry.top, -20);
   EXPECT_EQ(entry.show, 3);
 
-  EXPECT_FALSE(ParseSessionEntry("\"d:/a.c\" 1 2 3 4", &entry));   // one number short
-  EXPECT_FALSE(ParseSessionEntry("\"d:/a.c 1 2 3 4 1", &entry));   // no closing quote
-  EXPECT_FALSE(ParseSessionEntry("\"\" 1 2 3 4 1", &entry));       // no path
+  EXPECT_FALSE(ParseSessionEntry("\"d:/a.c\" 1 2 3 4", &entry));  // one number short
+  EXPECT_FALSE(ParseSessionEntry("\"d:/a.c 1 2 3 4 1", &entry));  // no closing quote
+  EXPECT_FALSE(ParseSessionEntry("\"\" 1 2 3 4 1", &entry));      // no path
   EXPECT_FALSE(ParseSessionEntry("\"d:/a.c\" 1 x 3 4 1", &entry));
   EXPECT_FALSE(ParseSessionEntry("", &entry));
-  std::string tooLong = "\"" + std::string(kSessionPathSize, 'p') + "\" 1 2 3 4 1";
+  std::string tooLong = "\"" + std::string(kPathSize, 'p') + "\" 1 2 3 4 1";
   EXPECT_FALSE(ParseSessionEntry(tooLong.c_str(), &entry));
 }
 

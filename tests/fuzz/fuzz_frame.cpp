@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/path.h"
 #include "frame/bitmap_font.h"
 #include "frame/command_line.h"
 #include "frame/session_list.h"
@@ -13,18 +14,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string text(reinterpret_cast<const char*>(data), size);
   text = text.c_str();
 
-  char path[kCommandPathSize];
+  char path[kPathSize];
   bool withFile = ParseCommandLine(text.c_str(), path);
   size_t length = strlen(path);
-  if (length >= kCommandPathSize || strchr(path, '\\')) __builtin_trap();
+  if (length >= kPathSize || strchr(path, '\\')) __builtin_trap();
   if (withFile && (length == 0 || IsProjectPath(path))) __builtin_trap();
 
   SessionEntry entry;
   if (ParseSessionEntry(text.c_str(), &entry)) {
-    if (!entry.path[0] || strlen(entry.path) >= kSessionPathSize) __builtin_trap();
+    if (!entry.path[0] || strlen(entry.path) >= kPathSize) __builtin_trap();
     // What is written back reads back the same, unless the path holds a quote of its own.
     if (!strchr(entry.path, '"')) {
-      char again[kSessionPathSize + 80];
+      char again[kPathSize + 80];
       FormatSessionEntry(&entry, again, sizeof again);
       SessionEntry reread;
       if (!ParseSessionEntry(again, &reread) || strcmp(reread.path, entry.path) != 0 ||

@@ -10,6 +10,7 @@
 #include "foundation/host.h"
 #include "foundation/library.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
 #include "project/make_target.h"
 #include "project/project.h"
 #include "project/project_file.h"
@@ -76,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         CheckText(text, kProjectTextLimit);
       }
       for (const ProjectFile* entry = target->files; entry; entry = entry->next) {
-        if (!*entry->path || strlen(entry->path) >= kProjectPathSize) __builtin_trap();
+        if (!*entry->path || strlen(entry->path) >= kPathSize) __builtin_trap();
       }
       FreeMem(ComposeMakefile(target));
       FreeMem(ComposeBatch(target, "C:/work", "C:/Quill", true));

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "foundation/fileutil.h"
+#include "foundation/path.h"
 #include "project/make_target.h"
 #include "project/project.h"
 #include "tests/project/project_fixture.h"
@@ -42,7 +43,7 @@ TEST_F(BatchRunTest, CallsNmakeInTheProjectFolderAndRunsTheOutput) {
   AppendTargetFile(target, "app.cpp");
   ASSERT_EQ(MakeTarget(&project_, target, BuildMode::kRun), 1);
   EXPECT_EQ(exitCode_, 0);
-  char program[kProjectPathSize];
+  char program[kPathSize];
   ASSERT_GT(ProgramFolder(program, sizeof program), 0);
   std::string folder = Backslashed(folder_);
   std::string log = ReadFileBytes(In("NMAKE.LOG"));

@@ -4,6 +4,7 @@
 
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/path.h"
 #include "project/project.h"
 #include "tests/project/project_fixture.h"
 
@@ -22,7 +23,7 @@ class MakeTargetTest : public ProjectTest {
     return Take(ComposeBatch(target, "C:/My Work/proj", "D:/Tools/Quill", run));
   }
   std::string Program() {
-    char folder[kProjectPathSize];
+    char folder[kPathSize];
     EXPECT_GT(ProgramFolder(folder, sizeof folder), 0);
     return folder;
   }
@@ -106,16 +107,16 @@ TEST_F(MakeTargetTest, EveryPartInOrderWithTheOptionAsymmetries) {
 }
 
 TEST_F(MakeTargetTest, EachTypeAndPlatformIncludesItsMakeFile) {
-  const char* const kinds[] = {"Console", "Windows", "Windows", "MakeDll", "MakeLib", "Windows",
-                               "Windows"};
+  const char* const kinds[] = {"Console", "Windows", "Windows", "MakeDll",
+                               "MakeLib", "Windows", "Windows"};
   const char* const outputs[] = {"t.exe", "t.exe", "t.exe", "t.dll", "t.lib", "t.exe", "t.exe"};
   for (int type = 0; type <= kTargetTypeCount; ++type) {
     for (int platform = 0; platform < 2; ++platform) {
       ProjectTarget* target = AddTarget("t", type);
       target->platform = platform;
       std::string text = Makefile(target);
-      std::string include = std::string("!INCLUDE $(VCPATH)\\") + kinds[type] +
-                            (platform ? "X64" : "") + ".mak\r\n";
+      std::string include =
+          std::string("!INCLUDE $(VCPATH)\\") + kinds[type] + (platform ? "X64" : "") + ".mak\r\n";
       EXPECT_EQ(text.substr(text.size() - include.size()), include) << type << platform;
       EXPECT_NE(text.find(std::string("\r\nT=") + outputs[type] + "\r\n"), std::string::npos);
       RemoveTarget(&project_, target);
@@ -129,9 +130,13 @@ TEST_F(MakeTargetTest, TheBatchFileForEveryModeAndType) {
       "D:\\Tools\\Quill\\VC15\\NMAKE t.mak VCPATH=D:\\Tools\\Quill\\VC15\r\n"
       "Del TargetList.mak\r\nDel TargetCompile.mak\r\n\r\n";
   const std::string runWindow = "If not exist t.exe goto Exit\r\nt.exe\r\n:Exit\r\n";
-  const std::string tails[] = {
-      "If not exist t.exe goto Exit\r\nCls\r\nt.exe\r\n:Exit\r\nPause\r\n",
-      runWindow, runWindow, "Pause\r\n", "Pause\r\n", runWindow, ""};
+  const std::string tails[] = {"If not exist t.exe goto Exit\r\nCls\r\nt.exe\r\n:Exit\r\nPause\r\n",
+                               runWindow,
+                               runWindow,
+                               "Pause\r\n",
+                               "Pause\r\n",
+                               runWindow,
+                               ""};
   for (int type = 0; type <= kTargetTypeCount; ++type) {
     ProjectTarget* target = AddTarget("t", type);
     strcpy(target->compiler, "VC15");
@@ -228,14 +233,15 @@ TEST_F(MakeTargetTest, UnsavedSourcesAreAskedAboutFirst) {
 TEST_F(MakeTargetTest, MakefileOnlyHandsOutThePathAndCompilerAndStopsThere) {
   ProjectTarget* target = AddTarget("lib 한", kTargetLib);
   strcpy(target->compiler, "VC15");
-  char path[kProjectPathSize] = "";
+  char path[kPathSize] = "";
   char compiler[kCompilerNameSize] = "";
   ASSERT_EQ(MakeTarget(&project_, target, false, false, true, path, compiler), 1);
   EXPECT_EQ(std::string(path), In("lib 한.mak"));
   EXPECT_STREQ(compiler, "VC15");
-  EXPECT_EQ(ReadFileBytes(In("lib 한.mak")), Sys("O=OBJ\\lib 한\r\nT=lib 한.lib\r\nS=\\\r\n\r\n"
-                                                "ADD_C_OPT=\r\nADD_RC_OPT=\r\nADD_LINK_OPT=\r\n\r\n"
-                                                "!INCLUDE $(VCPATH)\\MakeLib.mak\r\n"));
+  EXPECT_EQ(ReadFileBytes(In("lib 한.mak")),
+            Sys("O=OBJ\\lib 한\r\nT=lib 한.lib\r\nS=\\\r\n\r\n"
+                "ADD_C_OPT=\r\nADD_RC_OPT=\r\nADD_LINK_OPT=\r\n\r\n"
+                "!INCLUDE $(VCPATH)\\MakeLib.mak\r\n"));
   EXPECT_FALSE(FileExists(In("C.BAT")));
   EXPECT_TRUE(started_.empty());
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "project/project.h"
 #include "tests/project/project_fixture.h"
@@ -155,8 +156,9 @@ TEST_F(ProjectFileTest, ThreeTargetsSavedThenOneLeavesStaleSectionsThatLoadNothi
 }
 
 TEST_F(ProjectFileTest, OnlyTheHeaderPrefixIsChecked) {
-  WriteFileBytes(In("v2.prj"), "[Head]\r\nInfo=Quill Project File 2.50 beta\r\n[Target00]\r\n"
-                               "Info=app 0 1 1 0\r\n");
+  WriteFileBytes(In("v2.prj"),
+                 "[Head]\r\nInfo=Quill Project File 2.50 beta\r\n[Target00]\r\n"
+                 "Info=app 0 1 1 0\r\n");
   ASSERT_TRUE(LoadProject(&project_, In("v2.prj").c_str()));
   ASSERT_EQ(CountTargets(&project_), 1);
   EXPECT_STREQ(project_.targets->name, "app");
@@ -168,7 +170,8 @@ TEST_F(ProjectFileTest, AWrongHeaderOrAMissingFileLeavesTheOpenProjectAlone) {
   AddTarget("kept", kTargetWindow);
   project_.modified = true;
   std::string openPath = project_.path;
-  WriteFileBytes(In("other.prj"), "[Head]\r\nInfo=Quill Project File\r\n[Target00]\r\nInfo=x 0 1 1 0\r\n");
+  WriteFileBytes(In("other.prj"),
+                 "[Head]\r\nInfo=Quill Project File\r\n[Target00]\r\nInfo=x 0 1 1 0\r\n");
   EXPECT_FALSE(LoadProject(&project_, In("other.prj").c_str()));
   ASSERT_EQ(asked_.size(), 1u);
   EXPECT_EQ(asked_[0].first, "'" + In("other.prj") + "'\n파일은 Quill 프로젝트 형식이 아닙니다.");
@@ -196,12 +199,14 @@ TEST_F(ProjectFileTest, MalformedInfoLinesLoadAsFarAsTheyGo) {
   std::string longName(100, 'n');
   WriteFileBytes(In("bad.prj"),
                  "[Head]\r\nInfo=Quill Project File 1.00\r\n"
-                 "[Target00]\r\nInfo=\"open quote 0 1\r\n"           // unterminated quote
-                 "[Target01]\r\nInfo=onlyname\r\n"                   // no numbers
-                 "[Target02]\r\nInfo=two 1 x 1 1\r\n"                // stops at the bad number
-                 "[Target03]\r\nInfo=\"" + longName + "\" 0 4 0 1\r\n"  // cut to 63
-                 "[Target04]\r\nInfo=\"\" 1 3 0 0\r\n"               // empty quoted name
-                 "[Target05]\r\nInfo=\"a\"-1 9 1 0 trailing\r\n");
+                 "[Target00]\r\nInfo=\"open quote 0 1\r\n"  // unterminated quote
+                 "[Target01]\r\nInfo=onlyname\r\n"          // no numbers
+                 "[Target02]\r\nInfo=two 1 x 1 1\r\n"       // stops at the bad number
+                 "[Target03]\r\nInfo=\"" +
+                     longName +
+                     "\" 0 4 0 1\r\n"                       // cut to 63
+                     "[Target04]\r\nInfo=\"\" 1 3 0 0\r\n"  // empty quoted name
+                     "[Target05]\r\nInfo=\"a\"-1 9 1 0 trailing\r\n");
   ASSERT_TRUE(LoadProject(&project_, In("bad.prj").c_str()));
   ASSERT_EQ(CountTargets(&project_), 6);
   const ProjectTarget* t = project_.targets;
@@ -236,8 +241,10 @@ TEST_F(ProjectFileTest, LongValuesAreCutToTheirBuffersAndHangulIsNotSplit) {
   std::string hangulLine;
   while (hangulLine.size() < 1000)
     hangulLine += "가";  // three bytes each in UTF-8
-  std::string text = "[Head]\r\nInfo=Quill Project File 1.00\r\n[Target00]\r\nInfo=t 0 0 1 0\r\n"
-                     "File00=" + longPath + "\r\nFile01=b.c\r\n";
+  std::string text =
+      "[Head]\r\nInfo=Quill Project File 1.00\r\n[Target00]\r\nInfo=t 0 0 1 0\r\n"
+      "File00=" +
+      longPath + "\r\nFile01=b.c\r\n";
   for (int i = 0; i < 12; ++i) {
     char key[32];
     snprintf(key, sizeof key, "Define%02d=", i);
@@ -249,7 +256,7 @@ TEST_F(ProjectFileTest, LongValuesAreCutToTheirBuffersAndHangulIsNotSplit) {
   ASSERT_EQ(CountTargets(&project_), 1);
   const ProjectTarget* t = project_.targets;
   ASSERT_EQ(CountTargetFiles(t), 2);
-  EXPECT_EQ(std::string(t->files->path), longPath.substr(0, kProjectPathSize - 1));
+  EXPECT_EQ(std::string(t->files->path), longPath.substr(0, kPathSize - 1));
   size_t defines = strlen(t->defines);
   EXPECT_EQ(defines, static_cast<size_t>(kProjectTextLimit - 1));
   EXPECT_EQ(std::string(t->defines, 502), std::string(500, 'a') + "\r\n");
@@ -302,8 +309,9 @@ TEST_F(ProjectFileTest, TargetsPastTheLimitAreLeftOutWithAMessage) {
   EXPECT_NE(asked_[0].first.find("1000"), std::string::npos) << asked_[0].first;
   EXPECT_EQ(ReadFileBytes(project_.path), text);
   // A file within the limit is read whole and not partial.
-  WriteFileBytes(project_.path, "[Head]\r\nInfo=Quill Project File 1.00\r\n[Target00]\r\n"
-                                "Info=\"a\" 0 0 1 0\r\n[Target01]\r\nInfo=\r\n");
+  WriteFileBytes(project_.path,
+                 "[Head]\r\nInfo=Quill Project File 1.00\r\n[Target00]\r\n"
+                 "Info=\"a\" 0 0 1 0\r\n[Target01]\r\nInfo=\r\n");
   ASSERT_TRUE(LoadProject(&project_, project_.path));
   EXPECT_FALSE(project_.partial);
   EXPECT_EQ(CountTargets(&project_), 1);

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "foundation/fileutil.h"
+#include "foundation/path.h"
 #include "foundation/settings.h"
 #include "tests/project/project_fixture.h"
 
@@ -46,7 +47,8 @@ TEST_F(ProjectModelTest, AddedFilesAreRelativeAndDuplicatesAreOnlyFound) {
   for (size_t i = 0; i < folder_.size(); ++i)
     upper[i] = static_cast<char>(toupper(static_cast<unsigned char>(upper[i])));
   ProjectFile* found = nullptr;
-  EXPECT_EQ(AddProjectFile(&project_, target, upper.c_str(), &found), AddFileResult::kAlreadyListed);
+  EXPECT_EQ(AddProjectFile(&project_, target, upper.c_str(), &found),
+            AddFileResult::kAlreadyListed);
   EXPECT_EQ(found, node);
   EXPECT_FALSE(project_.modified);
 
@@ -130,7 +132,7 @@ TEST_F(ProjectModelTest, NewTargetsStartFromTheStoredDefaults) {
 }
 
 TEST_F(ProjectModelTest, TheNewProjectPathComesFromTheRememberedFolder) {
-  char path[kProjectPathSize];
+  char path[kPathSize];
   WriteText(kProjectSection, "DefPrjFolder", "c:/work/프로젝트");
   EXPECT_GT(DefaultProjectPath(path, sizeof path), 0);
   EXPECT_STREQ(path, "C:/work/프로젝트/NoName/NoName.prj");
@@ -138,7 +140,7 @@ TEST_F(ProjectModelTest, TheNewProjectPathComesFromTheRememberedFolder) {
   DefaultProjectPath(path, sizeof path);
   EXPECT_STREQ(path, "D:/NoName/NoName.prj");
   WriteText(kProjectSection, "DefPrjFolder", "");
-  char program[kProjectPathSize];
+  char program[kPathSize];
   ASSERT_GT(ProgramFolder(program, sizeof program), 0);
   DefaultProjectPath(path, sizeof path);
   std::string expected = std::string(program) + "/NoName/NoName.prj";

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/path.h"
 #include "tests/support/klib_test.h"
 
 namespace {
@@ -310,7 +311,7 @@ TEST(Bin2SrcFormat, OnlyNumberConversionsAreUsable) {
 }
 
 TEST(Bin2SrcFormat, ExtensionReplacesTheLastOneOfTheName) {
-  char path[kBin2SrcPathSize];
+  char path[kPathSize];
   strcpy(path, "dir.v2/data.bin");
   ASSERT_TRUE(SetBin2SrcExtension(path, sizeof path, kBin2SrcC));
   EXPECT_STREQ(path, "dir.v2/data.c");
