@@ -30,7 +30,7 @@ void AppendInclude(char* list, int size, const char* folder) {
 bool EndsWithCpp(const char* path) {
   const char* dot = strrchr(path, '.');
   if (!dot || strchr(dot, '/')) return false;
-  return SamePathText(dot + 1, "cpp");
+  return SamePath(dot + 1, "cpp");
 }
 
 // The project's target that lists the file, with its makefile written afresh.
@@ -44,7 +44,7 @@ bool AskProject(Project* project, const char* sourcePath, char* makefile, char* 
     for (const ProjectFile* file = target->files; file; file = file->next) {
       char path[kPathSize];
       if (!JoinSourcePath(folder, file->path, path, sizeof path)) continue;
-      if (!SamePathText(path, wanted)) continue;
+      if (!SamePath(path, wanted)) continue;
       return MakeTarget(project, target, false, false, true, makefile, compiler) == 1;
     }
   }

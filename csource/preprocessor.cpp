@@ -23,7 +23,7 @@ constexpr int kMaxIncludeDepth = 200;
 
 bool IsSeen(const SeenFiles* seen, const char* path) {
   for (int i = 0; i < seen->count; ++i) {
-    if (SamePathText(seen->paths[i], path)) return true;
+    if (SamePath(seen->paths[i], path)) return true;
   }
   return false;
 }
@@ -48,9 +48,9 @@ bool AddSeen(SeenFiles* seen, const char* path) {
 
 bool Resolve(const char* fileName, const char* directory, const char* includePaths, int angleFlag,
              char* path) {
-  if (!angleFlag || IsAbsoluteSourcePath(fileName)) {
+  if (!angleFlag || IsAbsolutePath(fileName)) {
     if (JoinSourcePath(directory, fileName, path, kPathSize) && IsPlainFile(path)) return true;
-    if (IsAbsoluteSourcePath(fileName)) return false;
+    if (IsAbsolutePath(fileName)) return false;
   }
   for (const char* p = includePaths ? includePaths : ""; *p;) {
     const char* e = strchr(p, ';');

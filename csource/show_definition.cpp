@@ -70,7 +70,7 @@ bool Refresh(DefinitionCache* cache, const char* sourcePath, TextBuffer* result,
              const ParseOptions* options) {
   if (!sourcePath) return true;
   unsigned stamp = StampOf(sourcePath);
-  if (cache->path && SamePathText(cache->path, sourcePath) && cache->stamp == stamp) return true;
+  if (cache->path && SamePath(cache->path, sourcePath) && cache->stamp == stamp) return true;
   FreeSymbolTable(&cache->table);
   FreeMem(cache->path);
   size_t length = strlen(sourcePath);

@@ -4,10 +4,6 @@
 
 namespace {
 
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
 // Folds "." and ".." parts in place; a ".." that can't go up stays.
 void Fold(char* path) {
   char* start = path;
@@ -50,13 +46,9 @@ void Fold(char* path) {
 
 }  // namespace
 
-bool IsAbsoluteSourcePath(const char* path) {
-  return path[0] == '/' || path[0] == '\\' || (path[0] && path[1] == ':');
-}
-
 bool JoinSourcePath(const char* folder, const char* name, char* out, size_t size) {
   size_t nameLength = strlen(name);
-  size_t folderLength = IsAbsoluteSourcePath(name) || !folder || !*folder ? 0 : strlen(folder);
+  size_t folderLength = IsAbsolutePath(name) || !folder || !*folder ? 0 : strlen(folder);
   if (folderLength + 1 + nameLength + 1 > size) return false;
   size_t n = 0;
   if (folderLength) {
@@ -90,12 +82,4 @@ void SplitSourcePath(const char* path, char* folder, size_t folderSize, const ch
     folder[length] = '\0';
   }
   *name = slash + 1;
-}
-
-bool SamePathText(const char* a, const char* b) {
-  while (*a && Lower(*a) == Lower(*b)) {
-    ++a;
-    ++b;
-  }
-  return Lower(*a) == Lower(*b);
 }

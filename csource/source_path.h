@@ -8,9 +8,5 @@
 // Joins `folder` and `name` (a name that is absolute already stands alone) into `out`, with '\'
 // made '/', "." parts dropped and "dir/.." parts folded. False when it does not fit.
 bool JoinSourcePath(const char* folder, const char* name, char* out, size_t size);
-// True for "/x", "\x" and "C:...".
-bool IsAbsoluteSourcePath(const char* path);
 // The folder part of `path` (no trailing '/'; "." when there is none) and the name part.
 void SplitSourcePath(const char* path, char* folder, size_t folderSize, const char** name);
-// ASCII letters compared without case.
-bool SamePathText(const char* a, const char* b);

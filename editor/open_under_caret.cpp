@@ -35,23 +35,12 @@ const char* FileNamePart(const char* path) {
   return name;
 }
 
-bool IsAbsolute(const char* name) {
-  return name[0] == '/' || (name[0] && name[1] == ':');
-}
-
-// `folder` (the part of a path up to its last '/') joined with `name`, when it fits.
-bool JoinFolder(const char* folder, int folderLength, const char* name, char* path, int size) {
-  int nameLength = static_cast<int>(strlen(name));
-  bool slash = folderLength > 0 && folder[folderLength - 1] != '/';
-  if (folderLength + (slash ? 1 : 0) + nameLength + 1 > size) return false;
-  memcpy(path, folder, static_cast<size_t>(folderLength));
-  if (slash) path[folderLength++] = '/';
-  memcpy(path + folderLength, name, static_cast<size_t>(nameLength) + 1);
-  return true;
-}
-
 bool TryIn(const char* folder, int folderLength, const char* name, char* path, int size) {
-  return JoinFolder(folder, folderLength, name, path, size) && IsPlainFile(path);
+  char base[kPathSize];
+  if (folderLength >= kPathSize) return false;
+  memcpy(base, folder, static_cast<size_t>(folderLength));
+  base[folderLength] = '\0';
+  return JoinPath(base, name, path, size) && IsPlainFile(path);
 }
 
 int FolderLength(const char* path) {
@@ -101,7 +90,7 @@ bool FileNameAt(const LineRecord* line, int index, char* name, int size, int* li
 }
 
 bool ResolveFileName(EditorView* view, const char* name, char* path, int size) {
-  if (IsAbsolute(name)) {
+  if (IsAbsolutePath(name)) {
     if (static_cast<int>(strlen(name)) >= size) return false;
     memcpy(path, name, strlen(name) + 1);
     return IsPlainFile(path);

@@ -262,16 +262,7 @@ EditDocument* EditorWindowDocument(HWND window) {
 bool EditorShowsPath(HWND window, const char* path) {
   const EditDocument* document = EditorWindowDocument(window);
   if (!document) return false;
-  const char* a = document->path;
-  const char* b = path;
-  for (;; ++a, ++b) {
-    char x = *a == '\\' ? '/' : *a;
-    char y = *b == '\\' ? '/' : *b;
-    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x + 32);
-    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y + 32);
-    if (x != y) return false;
-    if (!x) return true;
-  }
+  return SamePath(document->path, path);
 }
 
 bool SetCheckPending(HWND window) {
