@@ -104,3 +104,14 @@ void TruncateText(TextBuffer* buffer, size_t length) {
 const char* TextOf(const TextBuffer* buffer) {
   return buffer->text ? buffer->text : "";
 }
+
+char* ReleaseText(TextBuffer* buffer) {
+  if (!buffer->failed && !buffer->text) ReserveText(buffer, 0);  // an empty text is ""
+  if (buffer->failed) {
+    FreeText(buffer);
+    return nullptr;
+  }
+  char* text = buffer->text;
+  InitText(buffer, buffer->owner);
+  return text;
+}

@@ -27,3 +27,32 @@ bool ReplaceText(TextBuffer* buffer, size_t offset, size_t count, const char* re
 void TruncateText(TextBuffer* buffer, size_t length);
 // The text ("" when nothing was ever appended).
 const char* TextOf(const TextBuffer* buffer);
+// Hands the text over to the caller, who frees it; null when a growth failed (the text is then
+// incomplete and dropped). The buffer is empty afterwards.
+char* ReleaseText(TextBuffer* buffer);
+
+// The same block as an object that frees what it still holds: for code that builds a text and
+// hands it on.
+class TextBuilder {
+ public:
+  explicit TextBuilder(int owner) { InitText(&buffer_, owner); }
+  ~TextBuilder() { FreeText(&buffer_); }
+  TextBuilder(const TextBuilder&) = delete;
+  TextBuilder& operator=(const TextBuilder&) = delete;
+
+  void Append(const char* text, size_t length) { AppendText(&buffer_, text, length); }
+  void Append(const char* text) { AppendText(&buffer_, text); }
+  void Append(char c) { AppendChar(&buffer_, c); }
+  template <typename... Args>
+  void Format(const char* format, Args... args) {
+    AppendFormat(&buffer_, format, args...);
+  }
+  // The last character, or '\0' when the text is empty.
+  char Last() const { return buffer_.length ? buffer_.text[buffer_.length - 1] : '\0'; }
+  bool Failed() const { return buffer_.failed; }
+  const char* Text() const { return TextOf(&buffer_); }
+  char* Release() { return ReleaseText(&buffer_); }
+
+ private:
+  TextBuffer buffer_;
+};

@@ -9,8 +9,8 @@
 #include "foundation/memory.h"
 #include "foundation/path.h"
 #include "foundation/system_text.h"
+#include "foundation/text_builder.h"
 #include "project/folder_tree.h"
-#include "project/output_text.h"
 #include "project/project.h"
 #include "project/project_host.h"
 #include "project/text_lines.h"
@@ -40,7 +40,7 @@ bool IsCompiledSource(const char* path) {
 }
 
 // One line of the source list: " <path>\".
-void AppendSourceLine(OutputText& out, const char* path, size_t length, bool backslashes) {
+void AppendSourceLine(TextBuilder& out, const char* path, size_t length, bool backslashes) {
   out.Append(' ');
   for (size_t i = 0; i < length; ++i)
     out.Append(backslashes && path[i] == '/' ? '\\' : path[i]);
@@ -48,13 +48,13 @@ void AppendSourceLine(OutputText& out, const char* path, size_t length, bool bac
 }
 
 // The text after '=' gets a blank before each further part.
-void AppendPart(OutputText& out, const char* text) {
+void AppendPart(TextBuilder& out, const char* text) {
   if (out.Last() != '=') out.Append(' ');
   out.Append(text);
 }
 
 // "/D" or "/I" before each non-empty line of a multi-line field.
-void AppendSwitches(OutputText& out, const char* text, const char* option) {
+void AppendSwitches(TextBuilder& out, const char* text, const char* option) {
   TextLines lines(text);
   const char* start;
   size_t length;
@@ -72,12 +72,12 @@ void AppendSwitches(OutputText& out, const char* text, const char* option) {
   }
 }
 
-void AppendDefinesAndIncludes(OutputText& out, const ProjectTarget* target) {
+void AppendDefinesAndIncludes(TextBuilder& out, const ProjectTarget* target) {
   AppendSwitches(out, target->defines, "/D");
   AppendSwitches(out, target->includes, "/I");
 }
 
-void AppendSystemPath(OutputText& out, const char* path) {
+void AppendSystemPath(TextBuilder& out, const char* path) {
   for (const char* p = path; *p; ++p)
     out.Append(*p == '/' ? '\\' : *p);
 }
@@ -108,7 +108,7 @@ bool JoinPath(char* buffer, int size, const char* folder, const char* name, cons
 }  // namespace
 
 char* ComposeMakefile(const ProjectTarget* target) {
-  OutputText out;
+  TextBuilder out(kOwnerProjectOutput);
   if (target->makeStart) {
     out.Append(target->makeStart);
     out.Append("\r\n\r\n");
@@ -167,9 +167,9 @@ char* ComposeMakefile(const ProjectTarget* target) {
 
 char* ComposeBatch(const ProjectTarget* target, const char* projectFolder,
                    const char* programFolder, bool run) {
-  OutputText folder;
+  TextBuilder folder(kOwnerProjectOutput);
   AppendSystemPath(folder, projectFolder);
-  OutputText compiler;
+  TextBuilder compiler(kOwnerProjectOutput);
   AppendSystemPath(compiler, programFolder);
   compiler.Append('\\');
   compiler.Append(target->compiler);
@@ -180,7 +180,7 @@ char* ComposeBatch(const ProjectTarget* target, const char* projectFolder,
   // names without one keep the plain text. CD takes the rest of its line as the folder.
   const char* q = strchr(output, ' ') ? "\"" : "";
   const char* c = strchr(compiler.Text(), ' ') ? "\"" : "";
-  OutputText out;
+  TextBuilder out(kOwnerProjectOutput);
   out.Format("@Echo Off\r\n%c:\r\nCD %s\r\n\r\n%s%s\\NMAKE%s %s%s.mak%s %sVCPATH=%s%s\r\n",
              projectFolder[0], folder.Text(), c, compiler.Text(), c, q, target->name, q, c,
              compiler.Text(), c);
