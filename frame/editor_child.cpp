@@ -88,7 +88,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       if (!editor) break;
       editor->hasFocus = true;
       CreateCaret(window, nullptr, 2, CellHeight());
-      PlaceCaret(editor);
+      PositionCaret(editor);
       ShowCaret(window);
       return 0;
     case WM_KILLFOCUS:

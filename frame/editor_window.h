@@ -11,9 +11,6 @@ struct EditDocument;
 // Blocks of the editor windows (the frame's owner range).
 constexpr int kOwnerEditorClipboard = 1017;  // the last clipboard text handed to the editor
 
-// The caret may not go further right than this column.
-constexpr int kCaretColumnLimit = 4096;
-
 struct EditorWindow {
   EditorView view;
   EditDocument* document;
@@ -21,6 +18,8 @@ struct EditorWindow {
   bool checkPending;  // command 112 is posted and not answered yet
   bool hasFocus;
   bool dragging;  // the mouse is captured by a left-button drag
+  int shownFirstLine;  // where the window last scrolled to
+  int shownFirstColumn;
 };
 
 EditorWindow* EditorWindowOf(HWND window);
@@ -33,20 +32,19 @@ void ReleaseEditorClipboardCopy();
 // Cell metrics with a fallback while no font has been measured.
 int CellWidth();
 int CellHeight();
-// Whole lines in the text area (at least 1).
-int PageLines(const EditorView* view);
 
 void PaintEditor(HWND window, EditorWindow* editor);
 void RepaintEditorLine(EditorWindow* editor, int line);
 
-// Size of the text area from the client rectangle.
+// Size of the text area from the client rectangle, in pixels and in cells.
 void SizeTextArea(EditorWindow* editor);
 // Scroll-bar range and position from the document and the first visible line.
 void UpdateScrollBar(EditorWindow* editor);
-// Scrolls so that the caret is in view (repainting when the view moved), then puts the caret
-// and the status bar in step.
+// Scrolls so that the caret is in view, repaints when the view moved (here or in the core), then
+// puts the system caret and the status bar in step.
 void CaretFollows(EditorWindow* editor);
-void PlaceCaret(EditorWindow* editor);
+// The system caret onto the view's caret cell.
+void PositionCaret(EditorWindow* editor);
 void ShowEditorStatus(EditorWindow* editor);
 
 bool EditorKeyDown(EditorWindow* editor, int virtualKey);

@@ -103,10 +103,6 @@ const char16_t* GetClipboard(void*, int* count) {
   return g_clipboardCopy;
 }
 
-int HostPageLines(void*, EditorView* view) {
-  return PageLines(view);
-}
-
 bool SearchDialog(void*, EditorView*, SearchRequest* request) {
   return RunSearchDialog(g_frame.frame, request);
 }
@@ -131,8 +127,8 @@ constexpr EditorHost kWindowEditorHost = {
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
 constexpr CommandHost kWindowCommandHost = {
-    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile,
-    nullptr, nullptr,      nullptr,       HostPageLines,
+    nullptr, SearchDialog, AskLineNumber, AskOtherFormat,
+    OpenFile, nullptr,     nullptr,       nullptr,
 };
 
 }  // namespace
