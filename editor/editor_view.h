@@ -16,6 +16,7 @@ struct EditorView {
   int caretColumn;  // a display column, not a unit index
   int caretLine;
   int blockMode;  // 0 line block, 1 column block
+  int overwrite;  // Insert: typing replaces the character under the caret
   int selStartColumn;
   int selStartLine;
   int selEndColumn;

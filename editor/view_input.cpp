@@ -140,6 +140,52 @@ int ScrollViewTo(EditorView* view, int first, bool dropSelection) {
   return delta;
 }
 
+bool FitViewToWidth(EditorView* view) {
+  int columns = view->pageColumns < 4 ? 4 : view->pageColumns;
+  bool moved = false;
+  if (view->firstColumn > 0 && view->caretColumn + 2 <= columns) {
+    view->firstColumn = 0;
+    moved = true;
+  }
+  return KeepCaretInView(view) || moved;
+}
+
+bool ScrollViewToColumn(EditorView* view, int first) {
+  first = Clamp(first, 0, kCaretColumnLimit);
+  if (first == view->firstColumn) return false;
+  view->firstColumn = first;
+  return true;
+}
+
+int ViewColumnExtent(const EditorView* view, int widest) {
+  int extent = widest;
+  if (view->caretColumn + 2 > extent) extent = view->caretColumn + 2;
+  if (view->firstColumn + view->pageColumns > extent && view->firstColumn > 0)
+    extent = view->firstColumn + view->pageColumns;
+  return extent;
+}
+
+int WidestLine(const EditDocument* document) {
+  int widest = 0;
+  for (int i = 0; i < document->lineCount; ++i) {
+    const LineRecord* line = document->lines[i];
+    // A line's columns are at most twice its units: most lines need no count.
+    if (LineLength(line) * 2 <= widest) continue;
+    int columns = LineColumns(line);
+    if (columns > widest) widest = columns;
+  }
+  return widest;
+}
+
+int WheelLines(int delta, int linesPerNotch, int* remainder) {
+  // A turn the other way starts afresh: what was left over belonged to the old direction.
+  if ((delta > 0 && *remainder < 0) || (delta < 0 && *remainder > 0)) *remainder = 0;
+  long long total = static_cast<long long>(delta) * linesPerNotch + *remainder;
+  int lines = static_cast<int>(total / 120);
+  *remainder = static_cast<int>(total % 120);
+  return lines;
+}
+
 void CellOfView(const EditorView* view, int row, int column, int* cellColumn, int* cellLine) {
   int line = Clamp(view->firstLine + (row < 0 ? 0 : row), 0, LastLine(view->document));
   int target = view->firstColumn + (column < 0 ? 0 : column);

@@ -47,6 +47,24 @@ bool KeepCaretInView(EditorView* view);
 // lines the text moved down (negative: up), 0 when nothing changed.
 int ScrollViewTo(EditorView* view, int first, bool dropSelection);
 
+// After the text area changed size (restored, maximised, widened) or a file's saved place came
+// back: the text is shown from column 0 whenever the caret fits there, else the caret is kept in
+// view as usual. True when the view moved.
+bool FitViewToWidth(EditorView* view);
+// Makes `first` (0 ... the caret limit) the first visible column; the caret stays where it is.
+// True when it changed.
+bool ScrollViewToColumn(EditorView* view, int first);
+// The columns the horizontal scroll bar spans: the widest line of the document (`widest`, kept by
+// the window), the caret with two cells right of it, and what is in view.
+int ViewColumnExtent(const EditorView* view, int widest);
+// The widest line of a document in columns.
+int WidestLine(const EditDocument* document);
+
+// A wheel turned by `delta` (120 a notch; a fine wheel or a touchpad sends less): how many lines
+// the view scrolls up (negative: down), `linesPerNotch` a notch and in proportion below that. The
+// part of a line left over is kept in `*remainder` for the next turn in the same direction.
+int WheelLines(int delta, int linesPerNotch, int* remainder);
+
 // The cell at row `row` (from the first visible line) and visible column `column`, clamped to the
 // document and the caret limit, never on the right half of a wide character.
 void CellOfView(const EditorView* view, int row, int column, int* cellColumn, int* cellLine);

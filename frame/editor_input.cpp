@@ -73,6 +73,16 @@ void UpdateScrollBar(EditorWindow* editor) {
   HWND window = WindowOf(editor);
   SetScrollRange(window, SB_VERT, 0, range / scale, FALSE);
   SetScrollPos(window, SB_VERT, editor->view.firstLine / scale, TRUE);
+  // The horizontal bar shows only while the text is wider than the window: a page as large as
+  // the range hides it.
+  const EditorView* view = &editor->view;
+  SCROLLINFO info = {};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+  info.nMax = ViewColumnExtent(view, editor->widestColumns) - 1;
+  info.nPage = static_cast<UINT>(view->pageColumns);
+  info.nPos = view->firstColumn;
+  SetScrollInfo(window, SB_HORZ, &info, TRUE);
 }
 
 void PositionCaret(EditorWindow* editor) {
@@ -82,24 +92,45 @@ void PositionCaret(EditorWindow* editor) {
               (view->caretLine - view->firstLine) * CellHeight());
 }
 
+void MakeCaret(EditorWindow* editor) {
+  if (!editor->hasFocus) return;
+  HWND window = WindowOf(editor);
+  DestroyCaret();
+  CreateCaret(window, nullptr, editor->view.overwrite ? CellWidth() : 2, CellHeight());
+  PositionCaret(editor);
+  ShowCaret(window);
+}
+
+void FitEditorView(EditorWindow* editor) {
+  if (FitViewToWidth(&editor->view)) InvalidateRect(WindowOf(editor), nullptr, FALSE);
+  // A new width may bring the horizontal bar or take it away.
+  UpdateScrollBar(editor);
+  CaretFollows(editor);
+}
+
 void ShowEditorStatus(EditorWindow* editor) {
   if (ActiveChild() != WindowOf(editor)) return;
   const EditDocument* document = editor->document;
   SetStatusCursor(editor->view.caretColumn, editor->view.caretLine, document->modified != 0);
-  char format[40];
+  char format[64];
   FormatFileFormatStatus(document->encoding, document->hasBom != 0, document->lfOnly != 0, format,
-                         sizeof format);
+                         sizeof format, editor->view.overwrite != 0);
   SetStatusFormat(format);
 }
 
 void CaretFollows(EditorWindow* editor) {
   EditorView* view = &editor->view;
   KeepCaretInView(view);
+  int columns = LineColumns(DocumentLine(editor->document, view->caretLine));
+  bool wider = columns > editor->widestColumns;
+  if (wider) editor->widestColumns = columns;
   // The core may have scrolled as well (a page, a line): the window shows where the view is now.
   if (view->firstLine != editor->shownFirstLine || view->firstColumn != editor->shownFirstColumn) {
     editor->shownFirstLine = view->firstLine;
     editor->shownFirstColumn = view->firstColumn;
     InvalidateRect(WindowOf(editor), nullptr, FALSE);
+    UpdateScrollBar(editor);
+  } else if (wider || view->caretColumn + 2 > editor->widestColumns) {
     UpdateScrollBar(editor);
   }
   PositionCaret(editor);
@@ -147,6 +178,12 @@ bool EditorKeyDown(EditorWindow* editor, int virtualKey) {
       KeyTab(view, shift);
       ShowEditorStatus(editor);
       return true;
+    case VK_INSERT:
+      if (shift) return false;
+      view->overwrite = !view->overwrite;
+      MakeCaret(editor);
+      ShowEditorStatus(editor);
+      return true;
   }
   return false;
 }
@@ -192,10 +229,30 @@ void EditorDoubleClick(EditorWindow* editor) {
 void EditorWheel(EditorWindow* editor, int delta) {
   // Read with the other display settings at start-up and after the options sheet, not from
   // the settings file on every notch.
-  int lines = g_display.wheelLines;
-  int notches = delta / 120;
-  if (notches == 0) notches = delta > 0 ? 1 : -1;
-  ScrollToLine(editor, editor->view.firstLine - notches * lines);
+  int lines = WheelLines(delta, g_display.wheelLines, &editor->wheelRemainder);
+  if (lines) ScrollToLine(editor, editor->view.firstLine - lines);
+}
+
+void EditorHorizontalScroll(EditorWindow* editor, int request) {
+  EditorView* view = &editor->view;
+  int first = view->firstColumn;
+  switch (LOWORD(request)) {
+    case SB_LINELEFT: --first; break;
+    case SB_LINERIGHT: ++first; break;
+    case SB_PAGELEFT: first -= view->pageColumns; break;
+    case SB_PAGERIGHT: first += view->pageColumns; break;
+    case SB_LEFT: first = 0; break;
+    case SB_RIGHT: first = ViewColumnExtent(view, editor->widestColumns) - view->pageColumns; break;
+    case SB_THUMBTRACK:
+    case SB_THUMBPOSITION: first = HIWORD(request); break;
+    default: return;
+  }
+  if (!ScrollViewToColumn(view, first)) return;
+  // The caret may leave the view sideways; the next key brings the view back to it.
+  editor->shownFirstColumn = view->firstColumn;
+  InvalidateRect(WindowOf(editor), nullptr, FALSE);
+  UpdateScrollBar(editor);
+  PositionCaret(editor);
 }
 
 void EditorVerticalScroll(EditorWindow* editor, int request) {

@@ -20,6 +20,8 @@ struct EditorWindow {
   bool dragging;  // the mouse is captured by a left-button drag
   int shownFirstLine;  // where the window last scrolled to
   int shownFirstColumn;
+  int widestColumns;   // the widest line seen, for the horizontal scroll bar
+  int wheelRemainder;  // the part of a line a fine wheel has turned and not yet scrolled
 };
 
 EditorWindow* EditorWindowOf(HWND window);
@@ -45,6 +47,11 @@ void UpdateScrollBar(EditorWindow* editor);
 void CaretFollows(EditorWindow* editor);
 // The system caret onto the view's caret cell.
 void PositionCaret(EditorWindow* editor);
+// Makes the system caret anew for the focused window: a bar when inserting, a block of one cell
+// when overwriting, as high as a cell of the current font, at the caret cell.
+void MakeCaret(EditorWindow* editor);
+// The text area after a change of size or of the document: column 0 when the caret fits there.
+void FitEditorView(EditorWindow* editor);
 void ShowEditorStatus(EditorWindow* editor);
 
 bool EditorKeyDown(EditorWindow* editor, int virtualKey);
@@ -59,3 +66,4 @@ void EditorMouseUp(EditorWindow* editor);
 void EditorDoubleClick(EditorWindow* editor);
 void EditorWheel(EditorWindow* editor, int delta);
 void EditorVerticalScroll(EditorWindow* editor, int request);
+void EditorHorizontalScroll(EditorWindow* editor, int request);

@@ -6,6 +6,7 @@
 #include "editor/command_host.h"
 #include "editor/document.h"
 #include "editor/editor_host.h"
+#include "editor/view_input.h"
 #include "foundation/file_dialogs.h"
 #include "foundation/memory.h"
 #include "frame/dialog_support.h"
@@ -44,7 +45,9 @@ void TitleChanged(void*, EditorView* view) {
 
 void DocumentLoaded(void*, EditorView* view) {
   if (EditorWindow* editor = Owner(view)) {
+    editor->widestColumns = WidestLine(editor->document);
     UpdateScrollBar(editor);
+    FitEditorView(editor);
     TitleChanged(nullptr, view);
   }
 }

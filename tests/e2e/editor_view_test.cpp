@@ -246,3 +246,85 @@ TEST(EditorView, BitmapFontDrawsItsGlyphs) {
 }
 
 }  // namespace
+
+namespace {
+
+// A file that could not be read still leaves its window: an empty document under its name.
+TEST(EditorView, AFailedOpenLeavesAnEmptyDocument) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-failed-open");
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"binary.dat", std::string("\x01\x02\x00\x00\x03\x04\x00\x00\x05", 9) +
+                                         std::string(200, '\0'));
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  ASSERT_TRUE(quill.DropFiles({folder + L"binary.dat"}, POINT{200, 200}));
+  HWND box = WaitForWindow(quill, L"");  // not a text file: open anyway?
+  ASSERT_NE(box, nullptr);
+  PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
+  Settle();
+  bool shown = false;
+  for (HWND child : Children(quill))
+    shown = shown || WindowText(child).find(L"binary.dat") != std::wstring::npos;
+  EXPECT_TRUE(shown);
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  EXPECT_EQ(ReadBytes(folder + L"binary.dat").size(), 209u);
+}
+
+// Insert toggles overwrite typing (a block caret, the state named in the status bar); a line
+// wider than the window brings a horizontal scroll bar; a window made wide enough again shows
+// its text from column 0.
+TEST(EditorView, OverwriteTypingWideLinesAndResizing) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-overwrite");
+  std::wstring path = FolderOf(exe) + L"wide.txt";
+  WriteBytes(path, std::string(100, 'x') + "\r\nab\xB0\xA1" "cd\r\n");  // 가 in EUC-KR
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  FocusEditor(quill, editor);
+  Press(VK_DOWN);
+  Press(VK_HOME);
+  Press(VK_RIGHT);
+  Press(VK_INSERT);
+  Settle();
+  EXPECT_NE(quill.StatusText(3).find(L"\xACB9\xCCD0\xC4F0\xAE30"), std::wstring::npos)
+      << std::string(quill.StatusText(3).begin(), quill.StatusText(3).end());
+  TypeText(L"XY");  // over "b" and the whole syllable
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-overwrite.bmp");
+  PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);  // save
+  Settle();
+  EXPECT_EQ(ReadBytes(path), std::string(100, 'x') + "\r\naXYcd\r\n");
+  Chord({VK_CONTROL}, 'Z');
+  Settle();
+  PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
+  Settle();
+  EXPECT_EQ(ReadBytes(path), std::string(100, 'x') + "\r\naX\xB0\xA1" "cd\r\n");
+  Press(VK_INSERT);
+  Settle();
+  EXPECT_EQ(quill.StatusText(3).find(L"\xACB9\xCCD0\xC4F0\xAE30"), std::wstring::npos);
+
+  // Narrow: the first line is wider than the window.
+  PostMessageW(editor, WM_SYSCOMMAND, SC_RESTORE, 0);
+  Settle();
+  SetWindowPos(editor, nullptr, 0, 0, 360, 240, SWP_NOZORDER | SWP_NOACTIVATE);
+  Settle();
+  EXPECT_NE(GetWindowLongW(editor, GWL_STYLE) & WS_HSCROLL, 0);
+  Press(VK_UP);
+  Press(VK_END);
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-hscroll.bmp");
+  // Wide again: the caret at column 100 fits, so the text shows from column 0; a click at the
+  // left edge tells which column is there.
+  PostMessageW(editor, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+  Settle();
+  PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(7, 1));
+  PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(7, 1));
+  Settle();
+  EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 1");
+  EXPECT_EQ(GetWindowLongW(editor, GWL_STYLE) & WS_HSCROLL, 0);
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace

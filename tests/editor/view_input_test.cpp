@@ -204,3 +204,57 @@ TEST_F(ViewInput, SelectedColumnsOfEachLine) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ViewWheel, FineTurnsAddUpToWholeLinesInProportion) {
+  struct Case {
+    std::vector<int> deltas;
+    int perNotch;
+    std::vector<int> lines;
+  } cases[] = {
+      {{120, 240, -120}, 3, {3, 6, -3}},             // whole notches as before
+      {{40, 40, 40}, 3, {1, 1, 1}},                  // a third of a notch is a line
+      {{30, 30, 30, 30}, 3, {0, 1, 1, 1}},           // the rest is kept: 0.75, 1.5, 2.25, 3
+      {{30, 30, -30, -30}, 3, {0, 1, 0, -1}},        // turning back drops the old rest
+      {{-10, -10, -10, -10, -10, -10}, 1, {0, 0, 0, 0, 0, 0}},
+      {{60, 60}, 1, {0, 1}},
+  };
+  for (const Case& c : cases) {
+    int remainder = 0;
+    std::vector<int> lines;
+    for (int delta : c.deltas)
+      lines.push_back(WheelLines(delta, c.perNotch, &remainder));
+    EXPECT_EQ(lines, c.lines) << "first delta " << c.deltas[0];
+  }
+}
+
+TEST_F(ViewInput, ANewSizeShowsColumnZeroWhenTheCaretFits) {
+  SetText({std::string(60, 'x')});
+  struct Case {
+    int columns, firstColumn, caretColumn, shownFirst;
+  } cases[] = {
+      {20, 14, 19, 14},  // still narrow: the caret at 19 does not fit in 20 columns from 0
+      {40, 14, 15, 0},   // widened: from column 0
+      {40, 5, 50, 12},  // the caret does not fit: it stays in view, two cells from the right
+      {40, 0, 10, 0},
+  };
+  for (const Case& c : cases) {
+    SetViewPage(&view, 10, c.columns);
+    view.firstColumn = c.firstColumn;
+    Caret(c.caretColumn, 0);
+    FitViewToWidth(&view);
+    EXPECT_EQ(view.firstColumn, c.shownFirst) << c.columns << " columns, caret " << c.caretColumn;
+  }
+  // The horizontal bar spans the widest line, the caret and what is in view.
+  EXPECT_EQ(WidestLine(document), 60);
+  SetText({"ab", kWide, ""});
+  EXPECT_EQ(WidestLine(document), 6);
+  Caret(30, 2);
+  view.firstColumn = 0;
+  EXPECT_EQ(ViewColumnExtent(&view, 6), 32);
+  view.firstColumn = 25;
+  EXPECT_EQ(ViewColumnExtent(&view, 6), 65);
+}
+
+}  // namespace
