@@ -217,6 +217,25 @@ bool ViewDrag(EditorView* view, int column, int line) {
   return true;
 }
 
+bool ViewDragBeyondEdge(EditorView* view, int row, int column) {
+  int page = ViewPageLines(view);
+  int columns = view->pageColumns > 0 ? view->pageColumns : 1;
+  if (row >= 0 && row < page && column >= 0 && column < columns) return false;
+  if (row < 0) ScrollViewTo(view, view->firstLine - 1, false);
+  if (row >= page && view->firstLine + page < view->document->lineCount)
+    ScrollViewTo(view, view->firstLine + 1, false);
+  if (column < 0) ScrollViewToColumn(view, view->firstColumn - 1);
+  // Rightwards the caret at the last cell takes the view along as it always does.
+  int cellColumn, cellLine;
+  CellOfView(view, Clamp(row, 0, page - 1), Clamp(column, 0, columns - 1), &cellColumn, &cellLine);
+  view->caretColumn = view->selEndColumn = cellColumn;
+  view->caretLine = view->selEndLine = cellLine;
+  KeepCaretInView(view);
+  EditorCaretMoved(view);
+  EditorRepaintAll(view);
+  return true;
+}
+
 bool ViewSelectWord(EditorView* view) {
   const LineRecord* line = DocumentLine(view->document, view->selStartLine);
   int start, end;

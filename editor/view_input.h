@@ -75,6 +75,10 @@ void ViewClick(EditorView* view, int column, int line, bool shift);
 // A drag with the button held: the selection's end and the caret follow the pointer; true when
 // they moved.
 bool ViewDrag(EditorView* view, int column, int line);
+// A drag held with the pointer at (row, column) of the text area, beyond its edge: the view
+// moves one line (or column) that way and the selection's end follows to the cell at the edge.
+// False when the pointer is inside the text area (nothing to do).
+bool ViewDragBeyondEdge(EditorView* view, int row, int column);
 // A double click: the word at the click selected, the caret at its end.
 bool ViewSelectWord(EditorView* view);
 

@@ -125,6 +125,12 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
     case WM_LBUTTONUP:
       if (editor) EditorMouseUp(editor);
       return 0;
+    case WM_CAPTURECHANGED:
+      if (editor && reinterpret_cast<HWND>(lParam) != window) EditorMouseUp(editor);
+      return 0;
+    case WM_TIMER:
+      if (editor && wParam == kDragScrollTimer) EditorDragTimer(editor);
+      return 0;
     case WM_LBUTTONDBLCLK:
       if (editor) EditorDoubleClick(editor);
       return 0;
@@ -157,6 +163,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       // The last document going leaves nothing for the document commands to work on.
       if (!GetWindow(window, GW_HWNDNEXT) && !GetWindow(window, GW_HWNDPREV)) {
         UpdateMenuState(0, false);
+        ClearStatusCursor();
         SetStatusMessage(nullptr);
         SetStatusFormat(nullptr);
       }

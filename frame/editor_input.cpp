@@ -13,6 +13,8 @@
 namespace {
 
 constexpr int kScrollLimit = 65535;
+// How often a drag held beyond the edge scrolls a line.
+constexpr UINT kDragScrollMs = 50;
 
 HWND WindowOf(const EditorWindow* editor) {
   return static_cast<HWND>(editor->view.window);
@@ -106,6 +108,12 @@ void FitEditorView(EditorWindow* editor) {
   // A new width may bring the horizontal bar or take it away.
   UpdateScrollBar(editor);
   CaretFollows(editor);
+}
+
+void EditorCellsChanged(EditorWindow* editor) {
+  SizeTextArea(editor);
+  MakeCaret(editor);
+  FitEditorView(editor);
 }
 
 void ShowEditorStatus(EditorWindow* editor) {
@@ -214,11 +222,33 @@ void EditorMouseMove(EditorWindow* editor, int x, int y) {
   int column, line;
   CellAt(editor, x, y, &column, &line);
   ViewDrag(&editor->view, column, line);
+  editor->dragPoint = {x, y};
+  const EditorView* view = &editor->view;
+  bool outside = x < view->leftMargin || x >= view->leftMargin + view->textWidth || y < 0 ||
+                 y >= view->pageLines * CellHeight();
+  if (outside)
+    SetTimer(WindowOf(editor), kDragScrollTimer, kDragScrollMs, nullptr);
+  else
+    KillTimer(WindowOf(editor), kDragScrollTimer);
+}
+
+void EditorDragTimer(EditorWindow* editor) {
+  HWND window = WindowOf(editor);
+  if (!editor->dragging) {
+    KillTimer(window, kDragScrollTimer);
+    return;
+  }
+  int x = editor->dragPoint.x - editor->view.leftMargin;
+  int y = editor->dragPoint.y;
+  int row = y < 0 ? -1 : y / CellHeight();
+  int column = x < 0 ? -1 : x / CellWidth();
+  if (!ViewDragBeyondEdge(&editor->view, row, column)) KillTimer(window, kDragScrollTimer);
 }
 
 void EditorMouseUp(EditorWindow* editor) {
   if (!editor->dragging) return;
   editor->dragging = false;
+  KillTimer(WindowOf(editor), kDragScrollTimer);
   ReleaseCapture();
 }
 

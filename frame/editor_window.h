@@ -22,6 +22,7 @@ struct EditorWindow {
   int shownFirstColumn;
   int widestColumns;   // the widest line seen, for the horizontal scroll bar
   int wheelRemainder;  // the part of a line a fine wheel has turned and not yet scrolled
+  POINT dragPoint;     // where the pointer of a drag last was, for scrolling at the edges
 };
 
 EditorWindow* EditorWindowOf(HWND window);
@@ -52,6 +53,8 @@ void PositionCaret(EditorWindow* editor);
 void MakeCaret(EditorWindow* editor);
 // The text area after a change of size or of the document: column 0 when the caret fits there.
 void FitEditorView(EditorWindow* editor);
+// After a font change: the text area in the new cells, and the caret made anew at its cell.
+void EditorCellsChanged(EditorWindow* editor);
 void ShowEditorStatus(EditorWindow* editor);
 
 bool EditorKeyDown(EditorWindow* editor, int virtualKey);
@@ -64,6 +67,9 @@ void EditorMouseDown(EditorWindow* editor, int x, int y, bool shift);
 void EditorMouseMove(EditorWindow* editor, int x, int y);
 void EditorMouseUp(EditorWindow* editor);
 void EditorDoubleClick(EditorWindow* editor);
+// The drag timer: while the pointer is held beyond the text area's edge the view scrolls.
+void EditorDragTimer(EditorWindow* editor);
+constexpr UINT_PTR kDragScrollTimer = 1;
 void EditorWheel(EditorWindow* editor, int delta);
 void EditorVerticalScroll(EditorWindow* editor, int request);
 void EditorHorizontalScroll(EditorWindow* editor, int request);

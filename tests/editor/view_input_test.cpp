@@ -25,7 +25,9 @@ class ViewInput : public CommandTest {
 };
 
 // "a", a Hangul syllable, a character beyond the BMP (two units, two cells), "b".
-const char kWide[] = "a\xED\x95\x9C\xF0\x9F\x98\x80" "b";
+const char kWide[] =
+    "a\xED\x95\x9C\xF0\x9F\x98\x80"
+    "b";
 
 TEST_F(ViewInput, LeftAndRightStepOverWideCharactersAndPairsWhole) {
   SetText({kWide, ""});
@@ -36,8 +38,9 @@ TEST_F(ViewInput, LeftAndRightStepOverWideCharactersAndPairsWhole) {
       {kViewRight, 0, 1}, {kViewRight, 1, 3}, {kViewRight, 3, 5}, {kViewRight, 5, 6},
       {kViewRight, 6, 7},  // behind the end every column is a blank cell
       {kViewLeft, 7, 6},  {kViewLeft, 6, 5},  {kViewLeft, 5, 3},  {kViewLeft, 3, 1},
-      {kViewLeft, 1, 0},  {kViewLeft, 0, 0},
-      {kViewRight, 4, 5},  // from the right half of the pair (a stale column) to the next one
+      {kViewLeft, 1, 0},  {kViewLeft, 0, 0},  {kViewRight, 4, 5},  // from the right half of the
+                                                                   // pair (a stale column) to the
+                                                                   // next one
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Press(c.key, c.from, 0), std::make_pair(c.to, 0))
@@ -59,8 +62,8 @@ TEST_F(ViewInput, UpDownHomeAndEndKeepTheCaretOffTheRightHalfOfAWideCharacter) {
       {kViewDown, 5, 2, 5, 3},  // behind the end of "x" the column stays
       {kViewUp, 4, 0, 4, 0},    // nothing above the first line
       {kViewDown, 1, 3, 1, 3},  // nor below the last
-      {kViewUp, 1, 1, 1, 0},   {kViewEnd, 0, 1, 6, 1}, {kViewEnd, 0, 2, 6, 2},
-      {kViewHome, 5, 2, 0, 2},
+      {kViewUp, 1, 1, 1, 0},   {kViewEnd, 0, 1, 6, 1},
+      {kViewEnd, 0, 2, 6, 2},  {kViewHome, 5, 2, 0, 2},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Press(c.key, c.column, c.line), std::make_pair(c.toColumn, c.toLine))
@@ -87,7 +90,8 @@ TEST_F(ViewInput, PageUpAndDownMoveTheViewAndTheCaretByAPage) {
   } steps[] = {
       {kViewPageDown, 10, 15}, {kViewPageDown, 20, 25},
       {kViewPageDown, 20, 29},  // the last page stays full; the caret stops at the last line
-      {kViewPageUp, 10, 19},   {kViewPageUp, 0, 9},    {kViewPageUp, 0, 0},
+      {kViewPageUp, 10, 19},   {kViewPageUp, 0, 9},
+      {kViewPageUp, 0, 0},
   };
   for (const Case& step : steps) {
     ViewKeyMove(&view, step.key, false);
@@ -179,6 +183,38 @@ TEST_F(ViewInput, ClickDragAndDoubleClick) {
   EXPECT_EQ(status.back(), "2:");
 }
 
+TEST_F(ViewInput, ADragHeldBeyondTheEdgeScrollsALineATime) {
+  SetText(Texts(30, std::string(40, 'x')));
+  ViewClick(&view, 5, 2, false);
+  struct Step {
+    int row, column;
+    bool scrolls;
+    int firstLine, firstColumn, caretColumn, caretLine;
+  } steps[] = {
+      {4, 4, false, 0, 0, 5, 2},   // inside: nothing to do
+      {10, 4, true, 1, 0, 4, 10},  // below: a line down, the end on the last visible line
+      {12, 4, true, 2, 0, 4, 11}, {-1, 4, true, 1, 0, 4, 1},  // above
+      {3, 20, true, 1, 1, 19, 4},  // right: the caret at the last cell takes the view along
+      {3, -1, true, 1, 0, 0, 4},   // left
+      {3, -1, true, 1, 0, 0, 4},   // at column 0 already
+  };
+  for (const Step& s : steps) {
+    EXPECT_EQ(ViewDragBeyondEdge(&view, s.row, s.column), s.scrolls) << s.row << "," << s.column;
+    EXPECT_EQ(
+        (std::vector<int>{view.firstLine, view.firstColumn, view.caretColumn, view.caretLine}),
+        (std::vector<int>{s.firstLine, s.firstColumn, s.caretColumn, s.caretLine}))
+        << s.row << "," << s.column;
+  }
+  Selection s = NormalisedSelection(&view);
+  EXPECT_EQ((std::vector<int>{s.startColumn, s.startLine, s.endColumn, s.endLine}),
+            (std::vector<int>{5, 2, 0, 4}));  // from the click to the pointer
+  // At the end of the text the last page stays full.
+  view.firstLine = 20;
+  for (int n = 0; n < 5; ++n)
+    ViewDragBeyondEdge(&view, 10, 0);
+  EXPECT_EQ(std::make_pair(view.firstLine, view.caretLine), std::make_pair(20, 29));
+}
+
 TEST_F(ViewInput, SelectedColumnsOfEachLine) {
   SetText({"abc", "", "abcdef", "xy"});
   struct Case {
@@ -213,10 +249,10 @@ TEST(ViewWheel, FineTurnsAddUpToWholeLinesInProportion) {
     int perNotch;
     std::vector<int> lines;
   } cases[] = {
-      {{120, 240, -120}, 3, {3, 6, -3}},             // whole notches as before
-      {{40, 40, 40}, 3, {1, 1, 1}},                  // a third of a notch is a line
-      {{30, 30, 30, 30}, 3, {0, 1, 1, 1}},           // the rest is kept: 0.75, 1.5, 2.25, 3
-      {{30, 30, -30, -30}, 3, {0, 1, 0, -1}},        // turning back drops the old rest
+      {{120, 240, -120}, 3, {3, 6, -3}},       // whole notches as before
+      {{40, 40, 40}, 3, {1, 1, 1}},            // a third of a notch is a line
+      {{30, 30, 30, 30}, 3, {0, 1, 1, 1}},     // the rest is kept: 0.75, 1.5, 2.25, 3
+      {{30, 30, -30, -30}, 3, {0, 1, 0, -1}},  // turning back drops the old rest
       {{-10, -10, -10, -10, -10, -10}, 1, {0, 0, 0, 0, 0, 0}},
       {{60, 60}, 1, {0, 1}},
   };
@@ -236,7 +272,7 @@ TEST_F(ViewInput, ANewSizeShowsColumnZeroWhenTheCaretFits) {
   } cases[] = {
       {20, 14, 19, 14},  // still narrow: the caret at 19 does not fit in 20 columns from 0
       {40, 14, 15, 0},   // widened: from column 0
-      {40, 5, 50, 12},  // the caret does not fit: it stays in view, two cells from the right
+      {40, 5, 50, 12},   // the caret does not fit: it stays in view, two cells from the right
       {40, 0, 10, 0},
   };
   for (const Case& c : cases) {
