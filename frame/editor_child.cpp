@@ -73,7 +73,8 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       return 0;
     }
     case WM_SIZE:
-      if (editor) {
+      // A minimised window keeps its place: no caret has to be kept in a view of no size.
+      if (editor && wParam != SIZE_MINIMIZED) {
         SizeTextArea(editor);
         FitEditorView(editor);
       }
