@@ -17,10 +17,8 @@ int RunColourCommand(int argc, char** argv) {
   if (runs) {
     EditDocument* document = tool.document;
     for (int i = 0; i < document->lineCount; ++i) {
-      LineRecord* line = document->lines[i];
-      if (line) {
-        bool starts = LineStartsInComment(document, i);
-        line->commentState = ColourLine(&runs, line->text, line->length, i, starts) ? 1 : 0;
+      if (document->lines[i]) {
+        ColourDocumentLine(document, i, &runs);
         for (int run = 0; run < runs->count; ++run)
           printf(run ? " %d:%d" : "%d:%d", runs->entries[run].start,
                  runs->entries[run].colourClass);

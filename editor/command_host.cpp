@@ -50,8 +50,3 @@ bool CommandLastAnalysedFile(char* path, int size) {
   path[size - 1] = '\0';
   return path[0] != '\0';
 }
-
-int CommandPageLines(EditorView* view) {
-  int lines = g_host->pageLines ? g_host->pageLines(g_host->context, view) : 1;
-  return lines < 1 ? 1 : lines;
-}

@@ -35,8 +35,6 @@ struct CommandHost {
   int (*includeFolders)(void* context, EditorView* view, char* list, int size);
   // The file the parser window last analysed; false when there is none.
   bool (*lastAnalysedFile)(void* context, char* path, int size);
-  // Whole lines in the text area.
-  int (*pageLines)(void* context, EditorView* view);
 };
 
 // Installs `host` (kept by pointer; null restores the default) and returns the previous one.
@@ -50,5 +48,3 @@ void CommandLookUpDeclaration(EditorView* view, const char16_t* word, int length
 // "" when there are none.
 void CommandIncludeFolders(EditorView* view, char* list, int size);
 bool CommandLastAnalysedFile(char* path, int size);
-// At least 1.
-int CommandPageLines(EditorView* view);

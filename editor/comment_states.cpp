@@ -1,5 +1,6 @@
 #include "editor/comment_states.h"
 
+#include "editor/colour_runs.h"
 #include "editor/colouring.h"
 #include "editor/document.h"
 
@@ -9,6 +10,21 @@ bool LineStartsInComment(const EditDocument* document, int line) {
     if (const LineRecord* record = document->lines[above]) return record->commentState != 0;
   }
   return false;
+}
+
+void ColourDocumentLine(EditDocument* document, int line, ColourRuns** runs) {
+  if (line < 0 || line >= document->lineCount) return;
+  LineRecord* record = document->lines[line];
+  if (!record) return;
+  bool starts = LineStartsInComment(document, line);
+  bool ends;
+  if (runs && *runs) {
+    (*runs)->count = 0;
+    ends = ColourLine(runs, record->text, record->length, line, starts);
+  } else {
+    ends = ScanCommentState(record->text, record->length, starts);
+  }
+  record->commentState = ends ? 1 : 0;
 }
 
 void ComputeCommentStates(EditDocument* document) {

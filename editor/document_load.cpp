@@ -192,6 +192,14 @@ void SplitInto(EditDocument* document, const char* data, long long size) {
   }
 }
 
+// A file that is there but was not read. What the window holds stays (a reload that fails keeps
+// the text and its undo), and an empty document does not stand for the file: Save asks for a
+// name instead of writing nothing over it.
+bool LoadFailed(EditDocument* document) {
+  if (document->lineCount == 0) document->untitled = 1;
+  return false;
+}
+
 }  // namespace
 
 LineRecord* GetLine(const EditorView* view, int index) {
@@ -235,16 +243,16 @@ bool LoadDocument(EditorView* view) {
   FileHandle file = FileOpen(source, kFileRead, kShareRead | kShareWrite, kOpenExisting, 0);
   if (file == kInvalidFile) {
     unsigned error = FileLastError();
-    ClearLines(document);
-    ForgetEdits(document);
     if (error == kErrorFileNotFound || error == kErrorPathNotFound) {
       // The path names the file that Save will create.
+      ClearLines(document);
+      ForgetEdits(document);
       document->untitled = 0;
       document->fileStamp = kMissingFileStamp;
       return false;
     }
     HostMessagePath(2, kMbOk | kMbIconExclamation, document->path);
-    return false;
+    return LoadFailed(document);
   }
   document->fileStamp = FileStamp(file);
   if (document->sourcePath[0]) {
@@ -257,7 +265,7 @@ bool LoadDocument(EditorView* view) {
   if (size == ~0ull) {
     FileClose(file);
     HostMessagePath(4, kMbOk | kMbIconExclamation, document->path);
-    return false;
+    return LoadFailed(document);
   }
   if (size < 1) {
     FileClose(file);
@@ -270,13 +278,13 @@ bool LoadDocument(EditorView* view) {
   if (size >= static_cast<uint64_t>(kMaxFileSize)) {
     FileClose(file);
     HostMessagePath(132, kMbOk | kMbIconExclamation, document->path);
-    return false;
+    return LoadFailed(document);
   }
   // Three zero bytes behind the data end it both as bytes and as UTF-16.
   auto* data = static_cast<char*>(AllocMem(static_cast<size_t>(size) + 3, kOwnerLoadBuffer));
   if (!data) {
     FileClose(file);
-    return false;
+    return LoadFailed(document);
   }
   unsigned done = 0;
   bool read = FileRead(file, data, static_cast<unsigned>(size), &done) && done == size;
@@ -284,7 +292,7 @@ bool LoadDocument(EditorView* view) {
   if (!read) {
     FreeMem(data);
     HostMessagePath(4, kMbOk | kMbIconExclamation, document->path);
-    return false;
+    return LoadFailed(document);
   }
   data[size] = data[size + 1] = data[size + 2] = 0;
   long long length = static_cast<long long>(size);
@@ -293,7 +301,7 @@ bool LoadDocument(EditorView* view) {
       HostMessagePath(131, kMbOkCancel | kMbIconQuestion | kMbDefButton2, document->path) !=
           kIdOk) {
     FreeMem(data);
-    return false;
+    return LoadFailed(document);
   }
 
   ClearLines(document);

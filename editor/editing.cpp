@@ -106,6 +106,31 @@ bool InsertRecorded(EditorView* view, const char16_t* units, int count, int bloc
   return true;
 }
 
+// Overwrite typing: the character under the caret (a surrogate pair whole) goes, recorded as a
+// deletion in one undo group with the typed unit. False when there is nothing to replace (behind
+// the end of the line, or the second half of a pair whose first half was just typed).
+bool OverwriteCharacter(EditorView* view, char16_t unit) {
+  SnapCaret(view);
+  EditDocument* document = view->document;
+  int line = view->caretLine;
+  const LineRecord* record = DocumentLine(document, line);
+  if (view->caretColumn >= LineColumns(record)) return false;
+  int index = UnitIndexAtColumn(record, view->caretColumn);
+  if (IsLowSurrogate(unit) && index > 0 && IsHighSurrogate(record->text[index - 1])) return false;
+  int units = CharacterUnitsAt(record, index);
+  char16_t old = record->text[index];
+  BeginUndoGroup(document);
+  PushUndo(view, kUndoDelete, view->caretColumn, line, record->text + index, units);
+  ReplaceUnits(document, line, index, units, nullptr, 0);
+  document->modified = 1;
+  InsertRecorded(view, &unit, 1, 0);
+  // The group ends without closing the typed record, so that the second half of a pair typed
+  // next merges into it as in insert mode.
+  document->undoGroup = 0;
+  RepaintForUnit(view, old == u'*' || old == u'/' ? old : unit);
+  return true;
+}
+
 }  // namespace
 
 bool DeleteSelection(EditorView* view) {
@@ -178,7 +203,8 @@ void TypeCharacter(EditorView* view, char16_t unit) {
     return;
   }
   if (unit < 32) return;
-  DeleteSelection(view);
+  bool replacedSelection = DeleteSelection(view);
+  if (!replacedSelection && view->overwrite && OverwriteCharacter(view, unit)) return;
   if (InsertRecorded(view, &unit, 1, 0)) RepaintForUnit(view, unit);
 }
 

@@ -9,12 +9,14 @@ struct EditorView {
   int leftMargin;
   int firstColumn;  // first visible column
   int firstLine;    // first visible line
-  int textWidth;
+  int textWidth;   // pixels, for the window
   int textHeight;
-  int anchorState;
+  int pageLines;    // the text area in whole cells (SetViewPage)
+  int pageColumns;
   int caretColumn;  // a display column, not a unit index
   int caretLine;
   int blockMode;  // 0 line block, 1 column block
+  int overwrite;  // Insert: typing replaces the character under the caret
   int selStartColumn;
   int selStartLine;
   int selEndColumn;

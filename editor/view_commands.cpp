@@ -5,6 +5,7 @@
 #include "editor/editor_host.h"
 #include "editor/editor_view.h"
 #include "editor/undo.h"
+#include "editor/view_input.h"
 #include "foundation/formatter.h"
 
 namespace {
@@ -26,35 +27,24 @@ void JumpCaret(EditorView* view, int column, int line) {
 }
 
 void ScrollByLine(EditorView* view, int direction) {
-  const EditDocument* document = view->document;
-  int page = CommandPageLines(view);
   int top = view->firstLine;
-  if (direction < 0) {
-    if (top <= 0) return;
-    --top;
-  } else {
-    if (top + page >= document->lineCount) return;
-    ++top;
-  }
-  view->firstLine = top;
-  int caretLine = view->caretLine;
-  if (caretLine < top) caretLine = top;
-  if (caretLine > top + page - 1) caretLine = top + page - 1;
-  if (caretLine != view->caretLine) {
-    view->caretLine = caretLine;
-    CollapseSelection(view);
-    EditorCaretMoved(view);
-  }
+  if (direction < 0 ? top <= 0 : top + ViewPageLines(view) >= view->document->lineCount) return;
+  ScrollViewTo(view, top + (direction < 0 ? -1 : 1), true);
+  EditorCaretMoved(view);
   EditorRepaintAll(view);
+}
+
+int BookmarkIndex(const EditDocument* document, int column, int line) {
+  const LineRecord* record = DocumentLine(document, line);
+  int index = UnitIndexAtColumn(record, column);
+  int lineColumns = LineColumns(record);
+  return column > lineColumns ? index + column - lineColumns : index;
 }
 
 void SetBookmark(EditorView* view, int number) {
   if (number < 1 || number > kBookmarkCount) return;
   EditDocument* document = view->document;
-  int index = UnitIndexAtColumn(DocumentLine(document, view->caretLine), view->caretColumn);
-  // Behind the end of the line the column counts, as blank cells do.
-  int lineColumns = LineColumns(DocumentLine(document, view->caretLine));
-  if (view->caretColumn > lineColumns) index += view->caretColumn - lineColumns;
+  int index = BookmarkIndex(document, view->caretColumn, view->caretLine);
   document->bookmarks[number - 1] = {index, view->caretLine};
   char text[32];
   FormatStr(text, sizeof text, "Bookmark: %d", number);

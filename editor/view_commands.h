@@ -3,10 +3,14 @@
 #pragma once
 
 struct EditorView;
+struct EditDocument;
 
 // Commands 30 and 31: the view one line up (-1) or down (+1). Nothing at the top, or going down
 // when the last line is already in view; the caret line stays in view.
 void ScrollByLine(EditorView* view, int direction);
+// The unit index that a bookmark at (column, line) records: behind the end of the line every
+// column counts as a blank cell.
+int BookmarkIndex(const EditDocument* document, int column, int line);
 // Commands 50 ... 58: bookmark `number` (1 ... 9) at the caret; "Bookmark: %d" in the status bar.
 void SetBookmark(EditorView* view, int number);
 // Commands 60 ... 68: to bookmark `number` when it is set, with caret marks on the undo list.

@@ -73,9 +73,10 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       return 0;
     }
     case WM_SIZE:
-      if (editor) {
+      // A minimised window keeps its place: no caret has to be kept in a view of no size.
+      if (editor && wParam != SIZE_MINIMIZED) {
         SizeTextArea(editor);
-        CaretFollows(editor);
+        FitEditorView(editor);
       }
       break;  // the MDI default keeps the frame's menu in step with a maximised child
     case WM_PAINT:
@@ -87,9 +88,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
     case WM_SETFOCUS:
       if (!editor) break;
       editor->hasFocus = true;
-      CreateCaret(window, nullptr, 2, CellHeight());
-      PlaceCaret(editor);
-      ShowCaret(window);
+      MakeCaret(editor);
       return 0;
     case WM_KILLFOCUS:
       if (!editor) break;
@@ -127,6 +126,12 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
     case WM_LBUTTONUP:
       if (editor) EditorMouseUp(editor);
       return 0;
+    case WM_CAPTURECHANGED:
+      if (editor && reinterpret_cast<HWND>(lParam) != window) EditorMouseUp(editor);
+      return 0;
+    case WM_TIMER:
+      if (editor && wParam == kDragScrollTimer) EditorDragTimer(editor);
+      return 0;
     case WM_LBUTTONDBLCLK:
       if (editor) EditorDoubleClick(editor);
       return 0;
@@ -135,6 +140,9 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       return 0;
     case WM_VSCROLL:
       if (editor) EditorVerticalScroll(editor, static_cast<int>(wParam));
+      return 0;
+    case WM_HSCROLL:
+      if (editor) EditorHorizontalScroll(editor, static_cast<int>(wParam));
       return 0;
     case WM_COMMAND:
       if (editor && LOWORD(wParam) < kWindowListIds) OnCommand(editor, LOWORD(wParam));
@@ -156,6 +164,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       // The last document going leaves nothing for the document commands to work on.
       if (!GetWindow(window, GW_HWNDNEXT) && !GetWindow(window, GW_HWNDPREV)) {
         UpdateMenuState(0, false);
+        ClearStatusCursor();
         SetStatusMessage(nullptr);
         SetStatusFormat(nullptr);
       }
@@ -225,7 +234,7 @@ HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, 
   create.y = given ? y : CW_USEDEFAULT;
   create.cx = given ? width : CW_USEDEFAULT;
   create.cy = given ? height : CW_USEDEFAULT;
-  create.style = WS_VSCROLL;
+  create.style = WS_VSCROLL | WS_HSCROLL;
   // A new document on a maximised desk is maximised too, as the one it covers stays.
   HWND active = ActiveChild();
   if (show == SW_SHOWMAXIMIZED || (show == kShowDefault && active && IsZoomed(active)))
@@ -239,10 +248,9 @@ HWND CreateEditorWindow(const char* path, const char* sourcePath, int encoding, 
     FreeEditor(editor);
     return nullptr;
   }
-  // Show -2 keeps the window only for a file that was read; otherwise a missing file leaves an
-  // empty document under its name and any other failure (already reported) leaves nothing.
-  if (path && !LoadDocument(&editor->view) &&
-      (show == kShowGiven || document->fileStamp != kMissingFileStamp)) {
+  // Show -2 keeps the window only for a file that was read; otherwise a failed load (a missing
+  // file quietly, any other failure after its message) leaves an empty document under the name.
+  if (path && !LoadDocument(&editor->view) && show == kShowGiven) {
     SendMessageW(g_frame.mdiClient, WM_MDIDESTROY, reinterpret_cast<WPARAM>(window), 0);
     return nullptr;
   }

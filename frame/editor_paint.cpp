@@ -1,9 +1,9 @@
 // Painting an editor window: every visible line on the cell grid, through an off-screen bitmap so
 // that nothing flickers, with the colour runs, the selection and the bookmark marks.
 #include "editor/colour_settings.h"
-#include "editor/colouring.h"
 #include "editor/comment_states.h"
 #include "editor/document.h"
+#include "editor/view_input.h"
 #include "frame/display_objects.h"
 #include "frame/editor_window.h"
 
@@ -11,42 +11,17 @@ namespace {
 
 constexpr int kNoSelection = -1;
 
-// The selected columns [*from, *to) of a line, or false when none of it is selected.
-bool SelectedColumns(const EditorWindow* editor, int line, int* from, int* to) {
-  const EditorView* view = &editor->view;
-  if (!HasSelection(view)) return false;
-  Selection selection = NormalisedSelection(view);
-  if (line < selection.startLine || line > selection.endLine) return false;
-  if (view->blockMode == 1) {
-    *from = selection.startColumn;
-    *to = selection.endColumn;
-    return *to > *from;
-  }
-  *from = line == selection.startLine ? selection.startColumn : 0;
-  if (line == selection.endLine) {
-    *to = selection.endColumn;
-  } else {
-    // The line end is part of the selection: one cell behind the text shows it.
-    int columns = LineColumns(DocumentLine(editor->document, line));
-    *to = (columns > *from ? columns : *from) + 1;
-  }
-  return *to > *from;
-}
-
 void PaintMargin(HDC dc, const EditorWindow* editor, int line, int y) {
   const EditorView* view = &editor->view;
   RECT margin = {0, y, view->leftMargin, y + CellHeight()};
   FillRect(
       dc, &margin,
       g_display.brushes[0] ? g_display.brushes[0] : reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
-  for (int i = 0; i < kBookmarkCount; ++i) {
-    const BookmarkPosition& mark = editor->document->bookmarks[i];
-    if (mark.index < 0 || mark.line != line) continue;
+  if (LineHasBookmark(editor->document, line)) {
     RECT flag = {1, y + 2, view->leftMargin - 1, y + CellHeight() - 2};
     FillRect(dc, &flag,
              g_display.brushes[2] ? g_display.brushes[2]
                                   : static_cast<HBRUSH>(GetStockObject(GRAY_BRUSH)));
-    break;
   }
 }
 
@@ -94,7 +69,7 @@ void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
   LineRecord* record = DocumentLine(editor->document, line);
 
   int selFrom = kNoSelection, selTo = kNoSelection;
-  if (SelectedColumns(editor, line, &selFrom, &selTo)) {
+  if (SelectedColumns(view, line, &selFrom, &selTo)) {
     int left = origin + selFrom * cell;
     if (left < view->leftMargin) left = view->leftMargin;
     RECT band = {left, y, origin + selTo * cell, y + CellHeight()};
@@ -103,13 +78,7 @@ void PaintLine(HDC dc, EditorWindow* editor, int line, int y, int right) {
   }
   if (!record) return;
 
-  bool startsInComment = LineStartsInComment(editor->document, line);
-  bool endsInComment = false;
-  if (editor->runs) {
-    editor->runs->count = 0;
-    endsInComment = ColourLine(&editor->runs, record->text, record->length, line, startsInComment);
-  }
-  record->commentState = endsInComment ? 1 : 0;
+  ColourDocumentLine(editor->document, line, &editor->runs);
 
   const ColourRuns* runs = editor->runs;
   int runIndex = 0;

@@ -6,6 +6,7 @@
 #include "editor/command_host.h"
 #include "editor/document.h"
 #include "editor/editor_host.h"
+#include "editor/view_input.h"
 #include "foundation/file_dialogs.h"
 #include "foundation/memory.h"
 #include "foundation/message_box.h"
@@ -45,7 +46,9 @@ void TitleChanged(void*, EditorView* view) {
 
 void DocumentLoaded(void*, EditorView* view) {
   if (EditorWindow* editor = Owner(view)) {
+    editor->widestColumns = WidestLine(editor->document);
     UpdateScrollBar(editor);
+    FitEditorView(editor);
     TitleChanged(nullptr, view);
   }
 }
@@ -104,10 +107,6 @@ const char16_t* GetClipboard(void*, int* count) {
   return g_clipboardCopy;
 }
 
-int HostPageLines(void*, EditorView* view) {
-  return PageLines(view);
-}
-
 bool SearchDialog(void*, EditorView*, SearchRequest* request) {
   return RunSearchDialog(g_frame.frame, request);
 }
@@ -139,8 +138,8 @@ constexpr EditorHost kWindowEditorHost = {
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
 constexpr CommandHost kWindowCommandHost = {
-    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile,
-    nullptr, nullptr,      nullptr,       HostPageLines,
+    nullptr, SearchDialog, AskLineNumber, AskOtherFormat,
+    OpenFile, nullptr,     nullptr,       nullptr,
 };
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "frame/display_objects.h"
 #include "frame/editor_child.h"
 #include "frame/editor_dialogs.h"
+#include "frame/editor_window.h"
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
 #include "frame/help_window.h"
@@ -190,7 +191,9 @@ void ApplyOptions(HWND frame) {
   ComputeCellSize(frame);
   for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
        child = GetWindow(child, GW_HWNDNEXT)) {
-    if (!GetWindow(child, GW_OWNER)) InvalidateRect(child, nullptr, TRUE);
+    if (GetWindow(child, GW_OWNER)) continue;
+    if (EditorWindow* editor = EditorWindowOf(child)) EditorCellsChanged(editor);
+    InvalidateRect(child, nullptr, TRUE);
   }
 }
 

@@ -25,6 +25,11 @@ void SetStatusCursor(int column, int line, bool modified) {
   SetPart(1, ModifiedStatus(modified));
 }
 
+void ClearStatusCursor() {
+  SetPart(0, "");
+  SetPart(1, "");
+}
+
 void SetStatusMessage(const char* text) {
   if (!StatusMessageChanged(&g_frame.status, text)) return;
   SetPart(2, text ? text : "");

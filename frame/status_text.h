@@ -7,7 +7,9 @@ int FormatCursorStatus(int column, int line, char* text, int size);
 const char* ModifiedStatus(bool modified);
 // Part 3: the encoding a save writes and the line ends, as "\tEUC-KR  CRLF" or "\tUTF-8 BOM  LF";
 // a document whose encoding is still to be detected shows its line ends only.
-int FormatFileFormatStatus(int encoding, bool byteOrderMark, bool lfOnly, char* text, int size);
+// Overwrite typing is named behind them (string 180).
+int FormatFileFormatStatus(int encoding, bool byteOrderMark, bool lfOnly, char* text, int size,
+                           bool overwrite = false);
 
 // Part 2 remembers the last message (at most 40 characters) so that an unchanged text is not
 // sent again; a null text means empty.

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <string>
 #include <vector>
 
@@ -242,6 +244,182 @@ TEST(EditorView, BitmapFontDrawsItsGlyphs) {
   COLORREF blank = pixel(1);
   EXPECT_NE(pixel(0), blank);  // A: every pixel set
   EXPECT_EQ(pixel(2), blank);  // B: no pixel set, where a system font's B has its middle bar
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace
+
+namespace {
+
+// A file that could not be read still leaves its window: an empty document under its name.
+TEST(EditorView, AFailedOpenLeavesAnEmptyDocument) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-failed-open");
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"binary.dat", std::string("\x01\x02\x00\x00\x03\x04\x00\x00\x05", 9) +
+                                         std::string(200, '\0'));
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  ASSERT_TRUE(quill.DropFiles({folder + L"binary.dat"}, POINT{200, 200}));
+  HWND box = WaitForWindow(quill, L"");  // not a text file: open anyway?
+  ASSERT_NE(box, nullptr);
+  PostMessageW(box, WM_COMMAND, IDCANCEL, 0);
+  Settle();
+  bool shown = false;
+  for (HWND child : Children(quill))
+    shown = shown || WindowText(child).find(L"binary.dat") != std::wstring::npos;
+  EXPECT_TRUE(shown);
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  EXPECT_EQ(ReadBytes(folder + L"binary.dat").size(), 209u);
+}
+
+// Insert toggles overwrite typing (a block caret, the state named in the status bar); a line
+// wider than the window brings a horizontal scroll bar; a window made wide enough again shows
+// its text from column 0.
+TEST(EditorView, OverwriteTypingWideLinesAndResizing) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-overwrite");
+  std::wstring path = FolderOf(exe) + L"wide.txt";
+  WriteBytes(path, std::string(100, 'x') + "\r\nab\xB0\xA1" "cd\r\n");  // 가 in EUC-KR
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  FocusEditor(quill, editor);
+  Press(VK_DOWN);
+  Press(VK_HOME);
+  Press(VK_RIGHT);
+  Press(VK_INSERT);
+  Settle();
+  EXPECT_NE(quill.StatusText(3).find(L"\xACB9\xCCD0\xC4F0\xAE30"), std::wstring::npos)
+      << std::string(quill.StatusText(3).begin(), quill.StatusText(3).end());
+  TypeText(L"XY");  // over "b" and the whole syllable
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-overwrite.bmp");
+  PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);  // save
+  Settle();
+  EXPECT_EQ(ReadBytes(path), std::string(100, 'x') + "\r\naXYcd\r\n");
+  Chord({VK_CONTROL}, 'Z');
+  Settle();
+  PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
+  Settle();
+  EXPECT_EQ(ReadBytes(path), std::string(100, 'x') + "\r\naX\xB0\xA1" "cd\r\n");
+  Press(VK_INSERT);
+  Settle();
+  EXPECT_EQ(quill.StatusText(3).find(L"\xACB9\xCCD0\xC4F0\xAE30"), std::wstring::npos);
+
+  // Narrow: the first line is wider than the window.
+  PostMessageW(editor, WM_SYSCOMMAND, SC_RESTORE, 0);
+  Settle();
+  SetWindowPos(editor, nullptr, 0, 0, 360, 240, SWP_NOZORDER | SWP_NOACTIVATE);
+  Settle();
+  EXPECT_NE(GetWindowLongW(editor, GWL_STYLE) & WS_HSCROLL, 0);
+  auto narrowAtTheEnd = [&] {
+    PostMessageW(editor, WM_SYSCOMMAND, SC_RESTORE, 0);
+    Settle();
+    SetWindowPos(editor, nullptr, 0, 0, 360, 240, SWP_NOZORDER | SWP_NOACTIVATE);
+    FocusEditor(quill, editor);
+    Press(VK_UP);
+    Press(VK_END);
+    Settle();
+  };
+  // A click at the left edge tells which column is shown there.
+  auto leftColumn = [&] {
+    PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(7, 1));
+    PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(7, 1));
+    Settle();
+    return quill.StatusText(0);
+  };
+  narrowAtTheEnd();
+  EXPECT_NE(GetWindowLongW(editor, GWL_STYLE) & WS_HSCROLL, 0);
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-hscroll.bmp");
+  // Wide again: the caret at column 100 fits, so the text shows from column 0.
+  PostMessageW(editor, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+  Settle();
+  EXPECT_EQ(leftColumn(), L"\tCol 1, Ln 1");
+  EXPECT_EQ(GetWindowLongW(editor, GWL_STYLE) & WS_HSCROLL, 0);
+  // The same after a restart, which brings back the sideways place kept for the file.
+  narrowAtTheEnd();
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  QuillProcess again;
+  ASSERT_TRUE(again.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  editor = OnlyChild(again);
+  ASSERT_NE(editor, nullptr);
+  PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(7, 1));
+  PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(7, 1));
+  Settle();
+  EXPECT_EQ(again.StatusText(0), L"\tCol 1, Ln 1");
+  EXPECT_EQ(again.CloseAndWait(10000), 0);
+}
+
+// The system caret of the editor's thread: its rectangle in client coordinates.
+RECT CaretRect(HWND editor) {
+  GUITHREADINFO info = {};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(editor, nullptr), &info);
+  return info.rcCaret;
+}
+
+// After a font change the caret stands at once at its cell of the new size; a drag held below
+// the window scrolls on; closing the last document empties the status bar.
+TEST(EditorView, FontChangeDragAtTheEdgeAndTheLastClose) {
+  std::wstring exe = PrepareFreshCopy(L"editor-view-font-drag");
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"QUILL.INI", "[Config]\r\nEngFontSize=16\r\n");
+  std::string lines;
+  for (int i = 0; i < 200; ++i)
+    lines += "line " + std::to_string(i + 1) + "\r\n";
+  std::wstring path = folder + L"lines.txt";
+  WriteBytes(path, lines);
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  FocusEditor(quill, editor);
+  Press(VK_DOWN);
+  Press(VK_DOWN);
+  Settle();
+  RECT before = CaretRect(editor);
+  int oldHeight = before.bottom - before.top;
+  ASSERT_GT(oldHeight, 0);
+  EXPECT_EQ(before.top, 2 * oldHeight);
+
+  PostMessageW(quill.Frame(), WM_COMMAND, 75, 0);  // options
+  HWND sheet = WaitForWindow(quill, L"옵션 설정");
+  ASSERT_NE(sheet, nullptr);
+  Settle();
+  HWND page = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
+  ASSERT_NE(page, nullptr);
+  SendDlgItemMessageW(page, 111, UDM_SETPOS32, 0, 28);  // the Latin font's size
+  SetForegroundWindow(sheet);
+  Settle();
+  Press(VK_RETURN);  // OK: the focus goes back to the editor before the new font is made
+  Settle();
+  RECT after = CaretRect(editor);
+  int newHeight = after.bottom - after.top;
+  ASSERT_GT(newHeight, oldHeight);
+  EXPECT_EQ(after.top, 2 * newHeight);
+  SaveScreenshot(ScreenshotFolder() + L"editor-view-font.bmp");
+
+  // Held a few pixels below the text area the selection goes on down, a line at a time.
+  RECT client;
+  GetClientRect(editor, &client);
+  int below = (client.bottom / newHeight) * newHeight + 2;
+  PostMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 1));
+  PostMessageW(editor, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(10, below));
+  Sleep(1500);
+  PostMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(10, below));
+  Settle();
+  std::wstring place = quill.StatusText(0);
+  int line = _wtoi(place.c_str() + place.find(L"Ln ") + 3);
+  EXPECT_GT(line, client.bottom / newHeight + 10) << std::string(place.begin(), place.end());
+
+  PostMessageW(editor, WM_CLOSE, 0, 0);
+  Settle();
+  EXPECT_TRUE(Children(quill).empty());
+  EXPECT_EQ(quill.StatusText(0), L"");
+  EXPECT_EQ(quill.StatusText(3), L"");
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 

@@ -54,7 +54,6 @@ class CommandTest : public EditorTest {
       *answer = self->formatAnswer;
       return true;
     };
-    commands_.pageLines = [](void* c, EditorView*) { return Me(c)->page; };
     previousCommands_ = SetCommandHost(&commands_);
     statusHost_ = *SetEditorHost(nullptr);
     statusHost_.statusText = [](void* c, int part, const char* text) {
@@ -88,7 +87,6 @@ class CommandTest : public EditorTest {
   std::vector<std::string> opened;
   std::vector<std::string> lookedUp;
   std::string includes;
-  int page = 10;
   bool formatOk = false;
   OtherFormatAnswer formatAnswer{};
   OtherFormatAnswer formatShown{};

@@ -187,9 +187,21 @@ TEST_F(DocumentFile, TooLargeAFileIsRefusedWithItsMessage) {
   std::filesystem::resize_file(std::filesystem::u8path(path), kMaxFileSize - 1);
   messages.clear();
   answers = {kIdCancel};
+  document->untitled = 0;             // as a window opened on a path has it
   EXPECT_FALSE(LoadDocument(&view));  // only the text check stops it now
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_NE(messages[0].find("텍스트"), std::string::npos);
+  // The empty window does not stand for the file: Save asks for a name (none given here) and
+  // the 50 MB on disk stay.
+  EXPECT_EQ(document->untitled, 1);
+  EXPECT_FALSE(SaveDocument(&view, false));
+  EXPECT_EQ(std::filesystem::file_size(std::filesystem::u8path(path)), kMaxFileSize - 1u);
+
+  // A reload that fails keeps what the window holds.
+  SetText({"kept"});
+  answers = {kIdCancel};
+  EXPECT_FALSE(LoadDocument(&view));
+  EXPECT_EQ(Lines(document), (std::vector<std::string>{"kept"}));
 }
 
 TEST_F(DocumentFile, AMissingFileFailsQuietlyAndLeavesANamedEmptyDocument) {

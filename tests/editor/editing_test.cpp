@@ -132,6 +132,45 @@ TEST_F(Editing, ASurrogatePairIsOneCharacterToTypeAndRemove) {
   EXPECT_EQ(Lines(document), (Texts{"ab"}));
 }
 
+TEST_F(Editing, OverwriteTypingReplacesWholeCharactersAndUndoGivesThemBack) {
+  // "a", a Hangul syllable, a pair, "b".
+  const std::string line = "a\xED\x95\x9C\xF0\x9F\x98\x80" "b";
+  struct Case {
+    int column;
+    std::string typed, result;
+    int caret;
+  } cases[] = {
+      {0, "x", "x\xED\x95\x9C\xF0\x9F\x98\x80" "b", 1},
+      {1, "xy", "axyb", 3},  // the syllable, then the pair, one each
+      {1, "xyz", "axyz", 4},
+      {3, "\xF0\x9F\x98\x81", "a\xED\x95\x9C\xF0\x9F\x98\x81" "b", 5},  // pair for pair
+      {5, "xyz", "a\xED\x95\x9C\xF0\x9F\x98\x80" "xyz", 8},  // behind the end: inserted
+      {4, "x", "a\xED\x95\x9C" "xb", 4},  // from the right half of the pair: the pair goes
+  };
+  for (const Case& c : cases) {
+    SetText({line});
+    FreeUndoList(document->undoList);
+    FreeUndoList(document->redoList);
+    document->undoList = document->redoList = nullptr;
+    view.overwrite = 1;
+    Caret(c.column, 0);
+    Type(c.typed);
+    EXPECT_EQ(Lines(document), (Texts{c.result})) << c.column << " " << c.typed;
+    EXPECT_EQ(view.caretColumn, c.caret) << c.column << " " << c.typed;
+    while (document->undoList)
+      Undo(&view);
+    EXPECT_EQ(Lines(document), (Texts{line})) << c.column << " " << c.typed;
+    while (document->redoList)
+      Redo(&view);
+    EXPECT_EQ(Lines(document), (Texts{c.result})) << c.column << " " << c.typed;
+  }
+  // A selection is replaced as in insert mode, nothing more.
+  SetText({"abcd"});
+  Select(1, 0, 3, 0);
+  Type("x");
+  EXPECT_EQ(Lines(document), (Texts{"axd"}));
+}
+
 TEST_F(Editing, EnterIndentsLikeTheLineAboveAndUndoesAsOne) {
   SetText({"    if (x) y;"});
   Caret(11, 0);

@@ -240,7 +240,7 @@ TEST_F(KeyCommands, ContinuationBackslashesComeAndGoWithOneUndoEach) {
 
 TEST_F(KeyCommands, ScrollingByALineKeepsTheCaretInView) {
   SetText(std::vector<std::string>(30, "x"));
-  page = 10;
+  view.pageLines = 10;
   Caret(0, 0);
   Run(kCmdScrollUp);
   EXPECT_EQ(view.firstLine, 0);

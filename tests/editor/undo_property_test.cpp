@@ -126,7 +126,7 @@ class UndoProperty : public EditorTest {
 
   // One user action; undo and redo runs are among them. Each is logged for the failure report.
   void RandomAction() {
-    int action = lastAction_ = Pick(24);
+    int action = lastAction_ = Pick(25);
     log_ += std::to_string(action) + "@" + std::to_string(view.caretColumn) + "," +
             std::to_string(view.caretLine) + " ";
     switch (action) {
@@ -175,6 +175,7 @@ class UndoProperty : public EditorTest {
       case 19: DeletePreviousWord(&view); break;
       case 20: ToggleContinuation(&view); break;
       case 21: InsertDateTime(&view); break;
+      case 24: view.overwrite = !view.overwrite; break;
       case 22:
         for (int n = Pick(4) + 1; n > 0; --n)
           Undo(&view);

@@ -7,6 +7,7 @@
 #include "frame/frame_commands.h"
 #include "frame/menu_state.h"
 #include "frame/status_text.h"
+#include "tests/support/klib_test.h"
 
 namespace {
 
@@ -40,6 +41,14 @@ TEST(FrameStatus, FormatPartShowsTheEncodingAMarkAndTheLineEnds) {
     FormatFileFormatStatus(row.encoding, row.mark, row.lfOnly, text, sizeof text);
     EXPECT_STREQ(text, row.text) << row.encoding;
   }
+}
+
+class FrameStatusText : public KLibTest {};
+
+TEST_F(FrameStatusText, OverwriteTypingIsNamedBehindTheFormat) {
+  char text[64];
+  FormatFileFormatStatus(3, false, false, text, sizeof text, true);
+  EXPECT_STREQ(text, "\tUTF-8  CRLF  \xEA\xB2\xB9\xEC\xB3\x90\xEC\x93\xB0\xEA\xB8\xB0");
 }
 
 TEST(FrameStatus, MessagePartIsSentOnlyWhenItChanges) {
