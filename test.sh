@@ -8,6 +8,9 @@ cd "$(dirname "$0")"
 source scripts/wine-env.sh
 
 mkdir -p build
+# The native tests' temporary files go to a folder of this run's own: runs of other checkouts on
+# the same machine must not meet them.
+export TEST_TMPDIR="$(mktemp -d)/"
 passed=0
 failed=0
 
