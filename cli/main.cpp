@@ -68,6 +68,9 @@ const ToolCommand kCommands[] = {
      "                                    and prints where the caret ends (Col, Ln); with\n"
      "                                    --replace replaces the first match (--all: every one),\n"
      "                                    saves FILE as the editor does and prints the count"},
+    {"png", RunPngCommand,
+     "png FILE                            a PNG's width, height and the SHA-256 of its pixels\n"
+     "                                    as R G B A bytes, alpha not premultiplied"},
 };
 
 int Usage() {
