@@ -224,6 +224,10 @@ bool Unfilter(int filter, uint8_t* row, const uint8_t* prior, size_t n, size_t b
 inline uint8_t Narrow(unsigned v) {
   return static_cast<uint8_t>(v / 257);
 }
+// Alpha the other way round: ImageMagick keeps opacity (65535 - alpha) and truncates that.
+inline uint8_t NarrowAlpha(unsigned v) {
+  return static_cast<uint8_t>(255 - (65535 - v) / 257);
+}
 
 // One unfiltered row of `count` pixels to straight RGBA bytes, `stride` bytes apart.
 bool ExpandRow(const Header& h, const uint8_t* row, uint32_t count, uint8_t* out, size_t stride) {
@@ -278,10 +282,10 @@ bool ExpandRow(const Header& h, const uint8_t* row, uint32_t count, uint8_t* out
           if (h.hasKey && v[0] == h.key[0] && v[1] == h.key[1] && v[2] == h.key[2]) a = 0;
           break;
         case 4:
-          r = g = b = Narrow(v[0]), a = Narrow(v[1]);
+          r = g = b = Narrow(v[0]), a = NarrowAlpha(v[1]);
           break;
         default:
-          r = Narrow(v[0]), g = Narrow(v[1]), b = Narrow(v[2]), a = Narrow(v[3]);
+          r = Narrow(v[0]), g = Narrow(v[1]), b = Narrow(v[2]), a = NarrowAlpha(v[3]);
           break;
       }
     }
