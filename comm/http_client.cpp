@@ -2,6 +2,7 @@
 // server's close and nothing is left over between requests.
 #include "comm/http_client.h"
 
+#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
@@ -157,9 +158,12 @@ int SendRequest(const HttpRequest& request, const char* host, unsigned port, con
   int length = snprintf(head, kBufferSize,
                         "%s %s%.*s HTTP/1.1\r\nHost: %s", post ? "POST" : "GET",
                         path[0] == '/' ? "" : "/", static_cast<int>(pathLength), path, host);
-  auto append = [&](const char* format, auto... values) {
+  auto append = [&](const char* format, ...) {
     if (length < 0 || static_cast<size_t>(length) >= kBufferSize) return;
-    int more = snprintf(head + length, kBufferSize - static_cast<size_t>(length), format, values...);
+    va_list values;
+    va_start(values, format);
+    int more = vsnprintf(head + length, kBufferSize - static_cast<size_t>(length), format, values);
+    va_end(values);
     length = more < 0 ? -1 : length + more;
   };
   if (port != 80) append(":%u", port);
