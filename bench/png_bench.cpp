@@ -64,9 +64,9 @@ std::vector<uint8_t> EncodePng(const std::vector<uint8_t>& rgba, int side) {
 }
 
 std::string MakeText(size_t bytes) {
-  static const char* const kWords[] = {"int", "return", "window", "    ", "\r\n", "message",
-                                       "0x7FFF", "/* 창 */", "if (", ") {", "}", "Quill",
-                                       "const char*", "; ", "buffer", "= "};
+  static const char* const kWords[] = {
+      "int",  "return", "window", "    ",  "\r\n",        "message", "0x7FFF", "/* 창 */",
+      "if (", ") {",    "}",      "Quill", "const char*", "; ",      "buffer", "= "};
   std::mt19937 random(7);
   std::string text;
   text.reserve(bytes + 64);
@@ -79,7 +79,8 @@ std::string MakeText(size_t bytes) {
 }
 
 void Report(const char* what, double ours, const char* reference, double theirs) {
-  printf("%-44s %8.3f s   %-22s %8.3f s   ratio %.2f\n", what, ours, reference, theirs, ours / theirs);
+  printf("%-44s %8.3f s   %-22s %8.3f s   ratio %.2f\n", what, ours, reference, theirs,
+         ours / theirs);
 }
 
 }  // namespace
@@ -116,7 +117,8 @@ int main() {
   std::vector<uint8_t> stream(bound);
   compress2(stream.data(), &bound, reinterpret_cast<const uint8_t*>(text.data()), text.size(), 6);
   stream.resize(bound);
-  printf("inflate: %.1f MB of zlib data to %.1f MB\n", stream.size() / 1048576.0, text.size() / 1048576.0);
+  printf("inflate: %.1f MB of zlib data to %.1f MB\n", stream.size() / 1048576.0,
+         text.size() / 1048576.0);
   std::vector<uint8_t> out(text.size());
   int status = -1;
   ours = BestSeconds([&] {

@@ -140,6 +140,7 @@ int RunHttpCommand(int argc, char** argv) {
       OsStopSockets();
     }
   }
-  for (char* file : run.files) FreeMem(file);
+  for (char* file : run.files)
+    FreeMem(file);
   return status;
 }

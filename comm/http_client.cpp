@@ -79,7 +79,8 @@ bool ResolveLocation(const char* base, const char* location, char* target) {
   } else {
     // Relative to the folder of the current path.
     size_t folder = strcspn(path, "?#");
-    while (folder > 0 && path[folder - 1] != '/') --folder;
+    while (folder > 0 && path[folder - 1] != '/')
+      --folder;
     length = snprintf(target, kHttpMaxUrl, "http://%s:%u%.*s%s%s", host, port,
                       static_cast<int>(folder), path, folder ? "" : "/", location);
   }
@@ -155,8 +156,7 @@ int SendRequest(const HttpRequest& request, const char* host, unsigned port, con
   }
   size_t pathLength = strcspn(path, "#");
   char* head = c.buffer;
-  int length = snprintf(head, kBufferSize,
-                        "%s %s%.*s HTTP/1.1\r\nHost: %s", post ? "POST" : "GET",
+  int length = snprintf(head, kBufferSize, "%s %s%.*s HTTP/1.1\r\nHost: %s", post ? "POST" : "GET",
                         path[0] == '/' ? "" : "/", static_cast<int>(pathLength), path, host);
   auto append = [&](const char* format, ...) {
     if (length < 0 || static_cast<size_t>(length) >= kBufferSize) return;
@@ -334,7 +334,8 @@ bool SplitHttpUrl(const char* url, char* host, size_t hostSize, unsigned* port, 
   if (*p == ':') {
     unsigned value = 0;
     int digits = 0;
-    for (++p; *p >= '0' && *p <= '9' && digits < 6; ++p, ++digits) value = value * 10 + static_cast<unsigned>(*p - '0');
+    for (++p; *p >= '0' && *p <= '9' && digits < 6; ++p, ++digits)
+      value = value * 10 + static_cast<unsigned>(*p - '0');
     if (digits == 0 || value == 0 || value > 65535 || (*p && !strchr("/?#", *p))) return false;
     *port = value;
   }
@@ -375,18 +376,30 @@ int HttpFetch(const HttpRequest& request, HttpResponse* response) {
 
 const char* HttpErrorText(int error) {
   switch (error) {
-    case kHttpOk: return "ok";
-    case kHttpBadRequest: return "not an http:// address, or a field that cannot be sent";
-    case kHttpConnectFailed: return "cannot connect";
-    case kHttpTimedOut: return "the server did not answer in time";
-    case kHttpConnectionLost: return "the connection failed";
-    case kHttpBadReply: return "the reply is not valid HTTP";
-    case kHttpClosedEarly: return "the server closed the connection before the end of the body";
-    case kHttpTooLarge: return "the body is too large";
-    case kHttpTooManyRedirects: return "too many redirects";
-    case kHttpBadRedirect: return "a redirect to an address that is not http://";
-    case kHttpCancelled: return "cancelled";
-    case kHttpNoMemory: return "out of memory";
+    case kHttpOk:
+      return "ok";
+    case kHttpBadRequest:
+      return "not an http:// address, or a field that cannot be sent";
+    case kHttpConnectFailed:
+      return "cannot connect";
+    case kHttpTimedOut:
+      return "the server did not answer in time";
+    case kHttpConnectionLost:
+      return "the connection failed";
+    case kHttpBadReply:
+      return "the reply is not valid HTTP";
+    case kHttpClosedEarly:
+      return "the server closed the connection before the end of the body";
+    case kHttpTooLarge:
+      return "the body is too large";
+    case kHttpTooManyRedirects:
+      return "too many redirects";
+    case kHttpBadRedirect:
+      return "a redirect to an address that is not http://";
+    case kHttpCancelled:
+      return "cancelled";
+    case kHttpNoMemory:
+      return "out of memory";
   }
   return "unknown HTTP error";
 }

@@ -38,27 +38,27 @@ struct HttpRequest {
 void StartHttpRequest(HttpRequest* request, const char* url);
 
 enum HttpError : int {
-  kHttpOk = 0,           // a reply came; its status may still be an HTTP error
-  kHttpBadRequest,       // the address is not http://host[:port][/path], or a field cannot be sent
-  kHttpConnectFailed,    // unknown host or connection refused
-  kHttpTimedOut,         // connecting, sending or waiting for the server took too long
-  kHttpConnectionLost,   // sending or receiving failed
-  kHttpBadReply,         // not an HTTP reply, or a broken head or chunk
-  kHttpClosedEarly,      // the server closed before the body's announced end
-  kHttpTooLarge,         // the body is longer than the request allows
+  kHttpOk = 0,          // a reply came; its status may still be an HTTP error
+  kHttpBadRequest,      // the address is not http://host[:port][/path], or a field cannot be sent
+  kHttpConnectFailed,   // unknown host or connection refused
+  kHttpTimedOut,        // connecting, sending or waiting for the server took too long
+  kHttpConnectionLost,  // sending or receiving failed
+  kHttpBadReply,        // not an HTTP reply, or a broken head or chunk
+  kHttpClosedEarly,     // the server closed before the body's announced end
+  kHttpTooLarge,        // the body is longer than the request allows
   kHttpTooManyRedirects,
-  kHttpBadRedirect,      // a redirect without a usable http:// address
-  kHttpCancelled,        // the receiver stopped the transfer
+  kHttpBadRedirect,  // a redirect without a usable http:// address
+  kHttpCancelled,    // the receiver stopped the transfer
   kHttpNoMemory,
 };
 
 struct HttpResponse {
-  int status;              // the final reply's status code, 0 when none came
-  int64_t contentLength;   // announced, -1 when not
-  uint64_t bodyBytes;      // delivered to the receiver
-  int redirects;           // followed
+  int status;             // the final reply's status code, 0 when none came
+  int64_t contentLength;  // announced, -1 when not
+  uint64_t bodyBytes;     // delivered to the receiver
+  int redirects;          // followed
   char lastModified[kHttpMaxDate];
-  char url[kHttpMaxUrl];   // where the final reply came from
+  char url[kHttpMaxUrl];  // where the final reply came from
 };
 
 // Runs the request; kHttpOk when a final reply was read whole, whatever its status.

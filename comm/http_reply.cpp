@@ -55,8 +55,10 @@ bool ReadNumber(const char* p, const char* end, int64_t* value) {
 
 void CopyField(const char* value, size_t length, char* target, size_t size, bool truncate) {
   if (length >= size) {
-    if (!truncate) length = 0;  // an address cut short would lead somewhere else
-    else length = size - 1;
+    if (!truncate)
+      length = 0;  // an address cut short would lead somewhere else
+    else
+      length = size - 1;
   }
   memcpy(target, value, length);
   target[length] = '\0';
@@ -71,7 +73,8 @@ void ReadContentRange(const char* p, const char* end, HttpHead* head) {
   int64_t first = -1, last = -1, total = -1;
   if (!(slash - p == 1 && *p == '*')) {
     const char* dash = static_cast<const char*>(memchr(p, '-', static_cast<size_t>(slash - p)));
-    if (!dash || !ReadNumber(p, dash, &first) || !ReadNumber(dash + 1, slash, &last) || last < first) {
+    if (!dash || !ReadNumber(p, dash, &first) || !ReadNumber(dash + 1, slash, &last) ||
+        last < first) {
       return;
     }
   }
@@ -88,14 +91,17 @@ bool ReadField(const char* name, size_t nameLength, const char* value, const cha
     head->contentLength = length;
   } else if (SameName(name, nameLength, "transfer-encoding")) {
     const char* last = end;
-    while (last > value && last[-1] != ',') --last;
-    while (last < end && IsSpace(*last)) ++last;
+    while (last > value && last[-1] != ',')
+      --last;
+    while (last < end && IsSpace(*last))
+      ++last;
     head->chunked = SameName(last, static_cast<size_t>(end - last), "chunked");
   } else if (SameName(name, nameLength, "location")) {
-    CopyField(value, static_cast<size_t>(end - value), head->location, sizeof head->location, false);
+    CopyField(value, static_cast<size_t>(end - value), head->location, sizeof head->location,
+              false);
   } else if (SameName(name, nameLength, "last-modified")) {
-    CopyField(value, static_cast<size_t>(end - value), head->lastModified, sizeof head->lastModified,
-              true);
+    CopyField(value, static_cast<size_t>(end - value), head->lastModified,
+              sizeof head->lastModified, true);
   } else if (SameName(name, nameLength, "content-range")) {
     ReadContentRange(value, end, head);
   }
@@ -135,12 +141,15 @@ int ParseHttpHead(const char* data, size_t size, HttpHead* head) {
       first = false;
     } else if (lineEnd != p) {
       const char* colon = p;
-      while (colon < lineEnd && IsTokenChar(*colon)) ++colon;
+      while (colon < lineEnd && IsTokenChar(*colon))
+        ++colon;
       if (colon == p || colon == lineEnd || *colon != ':') return kHttpHeadBad;
       const char* value = colon + 1;
       const char* valueEnd = lineEnd;
-      while (value < valueEnd && IsSpace(*value)) ++value;
-      while (valueEnd > value && IsSpace(valueEnd[-1])) --valueEnd;
+      while (value < valueEnd && IsSpace(*value))
+        ++value;
+      while (valueEnd > value && IsSpace(valueEnd[-1]))
+        --valueEnd;
       for (const char* c = value; c < valueEnd; ++c) {
         if (*c == '\r' || *c == '\0') return kHttpHeadBad;
       }
@@ -155,7 +164,16 @@ int ParseHttpHead(const char* data, size_t size, HttpHead* head) {
 namespace {
 
 enum ChunkState : int {
-  kSize, kSizeExtension, kSizeLf, kData, kDataCr, kDataLf, kTrailerStart, kTrailer, kFinalLf, kDone,
+  kSize,
+  kSizeExtension,
+  kSizeLf,
+  kData,
+  kDataCr,
+  kDataLf,
+  kTrailerStart,
+  kTrailer,
+  kFinalLf,
+  kDone,
   kBroken
 };
 constexpr size_t kMaxSizeLine = 4096;
@@ -182,11 +200,17 @@ int DecodeHttpChunks(HttpChunks* chunks, char* data, size_t size, size_t* bodyBy
       case kSize: {
         int digit = HexValue(c);
         if (digit >= 0) {
-          if (chunks->remaining >> 56) { chunks->state = kBroken; break; }  // past any body this client takes
+          if (chunks->remaining >> 56) {
+            chunks->state = kBroken;
+            break;
+          }  // past any body this client takes
           chunks->remaining = chunks->remaining << 4 | static_cast<unsigned>(digit);
           chunks->lineBytes++;
         } else if (chunks->lineBytes == 0) {
-          { chunks->state = kBroken; break; }
+          {
+            chunks->state = kBroken;
+            break;
+          }
         } else if (c == ';' || IsSpace(c)) {
           chunks->state = kSizeExtension;
         } else if (c == '\r') {
@@ -195,13 +219,19 @@ int DecodeHttpChunks(HttpChunks* chunks, char* data, size_t size, size_t* bodyBy
           chunks->state = chunks->remaining ? kData : kTrailerStart;
           chunks->lineBytes = 0;
         } else {
-          { chunks->state = kBroken; break; }
+          {
+            chunks->state = kBroken;
+            break;
+          }
         }
         ++in;
         break;
       }
       case kSizeExtension:
-        if (++chunks->lineBytes > kMaxSizeLine) { chunks->state = kBroken; break; }
+        if (++chunks->lineBytes > kMaxSizeLine) {
+          chunks->state = kBroken;
+          break;
+        }
         if (c == '\r') chunks->state = kSizeLf;
         if (c == '\n') {
           chunks->state = chunks->remaining ? kData : kTrailerStart;
@@ -210,7 +240,10 @@ int DecodeHttpChunks(HttpChunks* chunks, char* data, size_t size, size_t* bodyBy
         ++in;
         break;
       case kSizeLf:
-        if (c != '\n') { chunks->state = kBroken; break; }
+        if (c != '\n') {
+          chunks->state = kBroken;
+          break;
+        }
         chunks->state = chunks->remaining ? kData : kTrailerStart;
         chunks->lineBytes = 0;
         ++in;
@@ -232,13 +265,19 @@ int DecodeHttpChunks(HttpChunks* chunks, char* data, size_t size, size_t* bodyBy
           chunks->state = kSize;
           chunks->lineBytes = 0;
         } else {
-          { chunks->state = kBroken; break; }
+          {
+            chunks->state = kBroken;
+            break;
+          }
         }
         ++in;
         break;
       case kTrailerStart:
       case kTrailer:
-        if (++chunks->lineBytes > kHttpMaxHead) { chunks->state = kBroken; break; }
+        if (++chunks->lineBytes > kHttpMaxHead) {
+          chunks->state = kBroken;
+          break;
+        }
         if (chunks->state == kTrailerStart && c == '\r') {
           chunks->state = kFinalLf;
         } else if (c == '\n') {
@@ -249,7 +288,10 @@ int DecodeHttpChunks(HttpChunks* chunks, char* data, size_t size, size_t* bodyBy
         ++in;
         break;
       case kFinalLf:
-        if (c != '\n') { chunks->state = kBroken; break; }
+        if (c != '\n') {
+          chunks->state = kBroken;
+          break;
+        }
         chunks->state = kDone;
         ++in;
         break;
@@ -290,7 +332,8 @@ void CivilFromDays(int64_t z, int64_t* y, int* m, int* d) {
 
 int ReadDigits(const char** p, int most) {
   int value = 0, count = 0;
-  while (count < most && IsDigit(**p)) value = value * 10 + (*(*p)++ - '0'), ++count;
+  while (count < most && IsDigit(**p))
+    value = value * 10 + (*(*p)++ - '0'), ++count;
   return count ? value : -1;
 }
 
@@ -317,7 +360,8 @@ bool ReadTime(const char** p, int* h, int* mi, int* s) {
 
 bool ParseHttpDate(const char* text, int64_t* seconds) {
   const char* p = text;
-  while ((*p >= 'A' && *p <= 'Z') || (*p >= 'a' && *p <= 'z')) ++p;
+  while ((*p >= 'A' && *p <= 'Z') || (*p >= 'a' && *p <= 'z'))
+    ++p;
   if (p - text < 3) return false;
   int year, month, day, h, mi, s;
   if (*p == ',') {
@@ -332,8 +376,10 @@ bool ParseHttpDate(const char* text, int64_t* seconds) {
     const char* yearStart = p;
     year = ReadDigits(&p, 4);
     if (year < 0) return false;
-    if (p - yearStart == 2) year += year < 70 ? 2000 : 1900;
-    else if (p - yearStart != 4) return false;
+    if (p - yearStart == 2)
+      year += year < 70 ? 2000 : 1900;
+    else if (p - yearStart != 4)
+      return false;
     if (*p++ != ' ' || !ReadTime(&p, &h, &mi, &s) || strcmp(p, " GMT") != 0) return false;
   } else {
     // "Sun Nov  6 08:49:37 1994"
@@ -358,7 +404,8 @@ void FormatHttpDate(int64_t seconds, char* text) {
   int month, day;
   CivilFromDays(days, &year, &month, &day);
   int weekday = static_cast<int>(((days % 7) + 7) % 7);
-  int h = static_cast<int>(rest / 3600), mi = static_cast<int>(rest / 60 % 60), s = static_cast<int>(rest % 60);
+  int h = static_cast<int>(rest / 3600), mi = static_cast<int>(rest / 60 % 60),
+      s = static_cast<int>(rest % 60);
   char* p = text;
   memcpy(p, kWeekdays + 3 * weekday, 3), p += 3;
   *p++ = ',', *p++ = ' ';
@@ -366,7 +413,8 @@ void FormatHttpDate(int64_t seconds, char* text) {
   memcpy(p, kMonths + 3 * (month - 1), 3), p += 3;
   *p++ = ' ';
   int y = static_cast<int>(year % 10000);
-  for (int div = 1000; div; div /= 10) *p++ = static_cast<char>('0' + y / div % 10);
+  for (int div = 1000; div; div /= 10)
+    *p++ = static_cast<char>('0' + y / div % 10);
   *p++ = ' ';
   int parts[3] = {h, mi, s};
   for (int i = 0; i < 3; ++i) {

@@ -10,11 +10,11 @@ constexpr size_t kHttpMaxUrl = 2048;
 constexpr size_t kHttpMaxDate = 64;
 
 struct HttpHead {
-  int status;              // 100-599
-  int64_t contentLength;   // -1 when the reply names none
-  bool chunked;            // Transfer-Encoding ends in "chunked"
-  char location[kHttpMaxUrl];      // empty when absent (or too long to follow)
-  char lastModified[kHttpMaxDate];  // the field's text, empty when absent
+  int status;                                 // 100-599
+  int64_t contentLength;                      // -1 when the reply names none
+  bool chunked;                               // Transfer-Encoding ends in "chunked"
+  char location[kHttpMaxUrl];                 // empty when absent (or too long to follow)
+  char lastModified[kHttpMaxDate];            // the field's text, empty when absent
   int64_t rangeFirst, rangeLast, rangeTotal;  // Content-Range "bytes A-B/T"; -1 when absent
 };
 

@@ -21,7 +21,8 @@ inline uint32_t Rotate(uint32_t x, int n) {
 void Compress(uint32_t state[8], const uint8_t* p) {
   uint32_t w[64];
   for (int i = 0; i < 16; ++i)
-    w[i] = static_cast<uint32_t>(p[4 * i]) << 24 | p[4 * i + 1] << 16 | p[4 * i + 2] << 8 | p[4 * i + 3];
+    w[i] = static_cast<uint32_t>(p[4 * i]) << 24 | p[4 * i + 1] << 16 | p[4 * i + 2] << 8 |
+           p[4 * i + 3];
   for (int i = 16; i < 64; ++i) {
     uint32_t s0 = Rotate(w[i - 15], 7) ^ Rotate(w[i - 15], 18) ^ (w[i - 15] >> 3);
     uint32_t s1 = Rotate(w[i - 2], 17) ^ Rotate(w[i - 2], 19) ^ (w[i - 2] >> 10);
@@ -61,7 +62,8 @@ void Sha256Add(Sha256* sha, const void* data, size_t size) {
     Compress(sha->state, sha->block);
     sha->used = 0;
   }
-  for (; size >= 64; p += 64, size -= 64) Compress(sha->state, p);
+  for (; size >= 64; p += 64, size -= 64)
+    Compress(sha->state, p);
   memcpy(sha->block, p, size);
   sha->used = static_cast<unsigned>(size);
 }
@@ -70,10 +72,12 @@ void Sha256Finish(Sha256* sha, uint8_t digest[32]) {
   uint64_t bits = sha->length * 8;
   uint8_t pad[72] = {0x80};
   size_t padLength = (sha->used < 56 ? 56 : 120) - sha->used;
-  for (int i = 0; i < 8; ++i) pad[padLength + i] = static_cast<uint8_t>(bits >> (56 - 8 * i));
+  for (int i = 0; i < 8; ++i)
+    pad[padLength + i] = static_cast<uint8_t>(bits >> (56 - 8 * i));
   Sha256Add(sha, pad, padLength + 8);
   for (int i = 0; i < 8; ++i) {
-    for (int k = 0; k < 4; ++k) digest[4 * i + k] = static_cast<uint8_t>(sha->state[i] >> (24 - 8 * k));
+    for (int k = 0; k < 4; ++k)
+      digest[4 * i + k] = static_cast<uint8_t>(sha->state[i] >> (24 - 8 * k));
   }
 }
 

@@ -23,10 +23,18 @@ constexpr uint32_t Entry(uint32_t kind, uint32_t extra, uint32_t value) {
 }
 constexpr uint32_t kInvalidEntry = Entry(kKindInvalid, 0, 0);
 
-inline uint32_t EntryBits(uint32_t e) { return e & 15; }
-inline uint32_t EntryKind(uint32_t e) { return e >> 4 & 15; }
-inline uint32_t EntryExtra(uint32_t e) { return e >> 8 & 31; }
-inline uint32_t EntryValue(uint32_t e) { return e >> 16; }
+inline uint32_t EntryBits(uint32_t e) {
+  return e & 15;
+}
+inline uint32_t EntryKind(uint32_t e) {
+  return e >> 4 & 15;
+}
+inline uint32_t EntryExtra(uint32_t e) {
+  return e >> 8 & 31;
+}
+inline uint32_t EntryValue(uint32_t e) {
+  return e >> 16;
+}
 
 constexpr int kLitBits = 10;
 constexpr int kDistBits = 8;
@@ -36,16 +44,18 @@ constexpr int kLitTableSize = (1 << kLitBits) + 288 * (1 << (15 - kLitBits));
 constexpr int kDistTableSize = (1 << kDistBits) + 32 * (1 << (15 - kDistBits));
 constexpr int kCodeLenTableSize = 1 << kCodeLenBits;
 
-constexpr uint16_t kLengthBase[29] = {3,  4,  5,  6,  7,  8,  9,  10, 11,  13,  15,  17,  19,  23, 27,
-                                      31, 35, 43, 51, 59, 67, 83, 99, 115, 131, 163, 195, 227, 258};
+constexpr uint16_t kLengthBase[29] = {3,  4,  5,  6,   7,   8,   9,   10,  11, 13,
+                                      15, 17, 19, 23,  27,  31,  35,  43,  51, 59,
+                                      67, 83, 99, 115, 131, 163, 195, 227, 258};
 constexpr uint8_t kLengthExtra[29] = {0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2,
                                       2, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5, 0};
-constexpr uint16_t kDistBase[30] = {1,    2,    3,    4,    5,    7,     9,     13,    17,  25,
-                                    33,   49,   65,   97,   129,  193,   257,   385,   513, 769,
-                                    1025, 1537, 2049, 3073, 4097, 6145,  8193,  12289, 16385, 24577};
+constexpr uint16_t kDistBase[30] = {1,    2,    3,    4,    5,    7,    9,    13,    17,    25,
+                                    33,   49,   65,   97,   129,  193,  257,  385,   513,   769,
+                                    1025, 1537, 2049, 3073, 4097, 6145, 8193, 12289, 16385, 24577};
 constexpr uint8_t kDistExtra[30] = {0, 0, 0, 0, 1, 1, 2, 2,  3,  3,  4,  4,  5,  5,  6,
                                     6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11, 12, 12, 13, 13};
-constexpr uint8_t kCodeLenOrder[19] = {16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
+constexpr uint8_t kCodeLenOrder[19] = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+                                       11, 4,  12, 3, 13, 2, 14, 1, 15};
 
 uint32_t LitInfo(int symbol) {
   if (symbol < 256) return Entry(kKindLiteral, 0, static_cast<uint32_t>(symbol));
@@ -65,7 +75,8 @@ uint32_t CodeLenInfo(int symbol) {
 bool BuildTable(const uint8_t* lengths, int count, uint32_t (*info)(int), int primaryBits,
                 uint32_t* table) {
   int counts[16] = {};
-  for (int i = 0; i < count; ++i) counts[lengths[i]]++;
+  for (int i = 0; i < count; ++i)
+    counts[lengths[i]]++;
   counts[0] = 0;
   int left = 1, longest = 0;
   for (int len = 1; len <= 15; ++len) {
@@ -89,20 +100,23 @@ bool BuildTable(const uint8_t* lengths, int count, uint32_t (*info)(int), int pr
     int len = lengths[symbol];
     if (!len) continue;
     uint32_t c = next[len]++, r = 0;
-    for (int i = 0; i < len; ++i) r = r << 1 | (c >> i & 1);
+    for (int i = 0; i < len; ++i)
+      r = r << 1 | (c >> i & 1);
     reversed[symbol] = static_cast<uint16_t>(r);
     if (len > primaryBits) {
       uint8_t need = static_cast<uint8_t>(len - primaryBits);
       if (subBits[r & primaryMask] < need) subBits[r & primaryMask] = need;
     }
   }
-  for (int i = 0; i < primarySize; ++i) table[i] = kInvalidEntry;
+  for (int i = 0; i < primarySize; ++i)
+    table[i] = kInvalidEntry;
   uint32_t offset = static_cast<uint32_t>(primarySize);
   for (int prefix = 0; prefix < primarySize; ++prefix) {
     if (!subBits[prefix]) continue;
     table[prefix] = Entry(kKindLink, subBits[prefix], offset) | static_cast<uint32_t>(primaryBits);
     uint32_t size = 1u << subBits[prefix];
-    for (uint32_t i = 0; i < size; ++i) table[offset + i] = kInvalidEntry;
+    for (uint32_t i = 0; i < size; ++i)
+      table[offset + i] = kInvalidEntry;
     offset += size;
   }
   for (int symbol = 0; symbol < count; ++symbol) {
@@ -217,7 +231,8 @@ int ReadDynamicTables(Inflater* z) {
     if (!Refill(z)) return kInflateTruncated;
     lengths[kCodeLenOrder[i]] = static_cast<uint8_t>(TakeBits(z, 3));
   }
-  if (!BuildTable(lengths, 19, CodeLenInfo, kCodeLenBits, z->codeLen)) return Fail(z, kInflateBadData);
+  if (!BuildTable(lengths, 19, CodeLenInfo, kCodeLenBits, z->codeLen))
+    return Fail(z, kInflateBadData);
   memset(lengths, 0, sizeof lengths);
   unsigned total = litCount + distCount;
   for (unsigned i = 0; i < total;) {
@@ -317,7 +332,8 @@ int HuffmanBlock(Inflater* z) {
     } else if (distance == 1) {
       memset(dst, *src, len);
     } else {
-      for (size_t i = 0; i < len; ++i) dst[i] = src[i];
+      for (size_t i = 0; i < len; ++i)
+        dst[i] = src[i];
     }
     op += len;
   }
@@ -331,10 +347,21 @@ int InflateRaw(const uint8_t* in, size_t inSize, uint8_t* out, size_t outSize, s
                size_t* consumed) {
   *written = 0;
   *consumed = 0;
-  uint32_t* tables = static_cast<uint32_t*>(AllocMem(
-      sizeof(uint32_t) * (kLitTableSize + kDistTableSize + kCodeLenTableSize), kOwnerInflateTables));
+  uint32_t* tables = static_cast<uint32_t*>(
+      AllocMem(sizeof(uint32_t) * (kLitTableSize + kDistTableSize + kCodeLenTableSize),
+               kOwnerInflateTables));
   if (!tables) return kInflateNoMemory;
-  Inflater z = {in, inSize, 0, 0, 0, 0, out, outSize, 0, tables, tables + kLitTableSize,
+  Inflater z = {in,
+                inSize,
+                0,
+                0,
+                0,
+                0,
+                out,
+                outSize,
+                0,
+                tables,
+                tables + kLitTableSize,
                 tables + kLitTableSize + kDistTableSize};
   int status = kInflateOk;
   bool last = false;
@@ -378,8 +405,8 @@ int InflateZlib(const uint8_t* in, size_t inSize, uint8_t* out, size_t outSize, 
   if (status != kInflateOk) return status;
   const uint8_t* trailer = in + 2 + consumed;
   if (inSize - 2 - consumed < 4) return kInflateTruncated;
-  uint32_t expected = static_cast<uint32_t>(trailer[0]) << 24 | trailer[1] << 16 | trailer[2] << 8 |
-                      trailer[3];
+  uint32_t expected =
+      static_cast<uint32_t>(trailer[0]) << 24 | trailer[1] << 16 | trailer[2] << 8 | trailer[3];
   return Adler32(1, out, *written) == expected ? kInflateOk : kInflateBadChecksum;
 }
 
@@ -395,7 +422,8 @@ uint32_t Adler32(uint32_t adler, const uint8_t* data, size_t size) {
       a += data[2], b += a;
       a += data[3], b += a;
     }
-    for (; run; --run) a += *data++, b += a;
+    for (; run; --run)
+      a += *data++, b += a;
     a %= 65521;
     b %= 65521;
   }
@@ -404,13 +432,20 @@ uint32_t Adler32(uint32_t adler, const uint8_t* data, size_t size) {
 
 const char* InflateStatusText(int status) {
   switch (status) {
-    case kInflateOk: return "ok";
-    case kInflateTruncated: return "compressed data ends early";
-    case kInflateBadData: return "invalid compressed data";
-    case kInflateTooLarge: return "compressed data inflates past its size";
-    case kInflateBadHeader: return "invalid zlib header";
-    case kInflateBadChecksum: return "Adler-32 mismatch";
-    case kInflateNoMemory: return "out of memory";
+    case kInflateOk:
+      return "ok";
+    case kInflateTruncated:
+      return "compressed data ends early";
+    case kInflateBadData:
+      return "invalid compressed data";
+    case kInflateTooLarge:
+      return "compressed data inflates past its size";
+    case kInflateBadHeader:
+      return "invalid zlib header";
+    case kInflateBadChecksum:
+      return "Adler-32 mismatch";
+    case kInflateNoMemory:
+      return "out of memory";
   }
   return "unknown inflate status";
 }

@@ -20,7 +20,8 @@ constexpr CrcTable MakeCrcTable() {
   CrcTable table = {};
   for (uint32_t n = 0; n < 256; ++n) {
     uint32_t c = n;
-    for (int k = 0; k < 8; ++k) c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
+    for (int k = 0; k < 8; ++k)
+      c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
     table.entry[n] = c;
   }
   return table;
@@ -37,9 +38,9 @@ struct Header {
   uint8_t palette[256][3];
   int paletteCount;
   uint8_t paletteAlpha[256];
-  int alphaCount;      // tRNS entries of a palette image
-  bool hasKey;         // tRNS of a grey or RGB image
-  uint16_t key[3];     // the transparent grey or RGB sample, at the file's depth
+  int alphaCount;   // tRNS entries of a palette image
+  bool hasKey;      // tRNS of a grey or RGB image
+  uint16_t key[3];  // the transparent grey or RGB sample, at the file's depth
 };
 
 uint32_t BigEndian32(const uint8_t* p) {
@@ -64,12 +65,23 @@ int ReadHeader(const uint8_t* data, uint32_t length, Header* h) {
   bool lowDepths = h->depth == 1 || h->depth == 2 || h->depth == 4;
   bool highDepths = h->depth == 8 || h->depth == 16;
   switch (h->colourType) {
-    case 0: h->channels = 1; break;
-    case 2: h->channels = 3, lowDepths = false; break;
-    case 3: h->channels = 1, highDepths = h->depth == 8; break;
-    case 4: h->channels = 2, lowDepths = false; break;
-    case 6: h->channels = 4, lowDepths = false; break;
-    default: return kPngBadHeader;
+    case 0:
+      h->channels = 1;
+      break;
+    case 2:
+      h->channels = 3, lowDepths = false;
+      break;
+    case 3:
+      h->channels = 1, highDepths = h->depth == 8;
+      break;
+    case 4:
+      h->channels = 2, lowDepths = false;
+      break;
+    case 6:
+      h->channels = 4, lowDepths = false;
+      break;
+    default:
+      return kPngBadHeader;
   }
   if (!lowDepths && !highDepths) return kPngBadHeader;
   h->bitsPerPixel = h->channels * h->depth;
@@ -91,7 +103,8 @@ void ReadTransparency(const uint8_t* data, uint32_t length, Header* h) {
     h->key[0] = static_cast<uint16_t>(data[0] << 8 | data[1]);
   } else if (h->colourType == 2 && length == 6) {
     h->hasKey = true;
-    for (int i = 0; i < 3; ++i) h->key[i] = static_cast<uint16_t>(data[2 * i] << 8 | data[2 * i + 1]);
+    for (int i = 0; i < 3; ++i)
+      h->key[i] = static_cast<uint16_t>(data[2 * i] << 8 | data[2 * i + 1]);
   }
 }
 
@@ -200,18 +213,22 @@ bool Unfilter(int filter, uint8_t* row, const uint8_t* prior, size_t n, size_t b
     case 0:
       return true;
     case 1:
-      for (size_t i = bpp; i < n; ++i) row[i] = static_cast<uint8_t>(row[i] + row[i - bpp]);
+      for (size_t i = bpp; i < n; ++i)
+        row[i] = static_cast<uint8_t>(row[i] + row[i - bpp]);
       return true;
     case 2:
-      for (size_t i = 0; i < n; ++i) row[i] = static_cast<uint8_t>(row[i] + prior[i]);
+      for (size_t i = 0; i < n; ++i)
+        row[i] = static_cast<uint8_t>(row[i] + prior[i]);
       return true;
     case 3:
-      for (size_t i = 0; i < bpp && i < n; ++i) row[i] = static_cast<uint8_t>(row[i] + (prior[i] >> 1));
+      for (size_t i = 0; i < bpp && i < n; ++i)
+        row[i] = static_cast<uint8_t>(row[i] + (prior[i] >> 1));
       for (size_t i = bpp; i < n; ++i)
         row[i] = static_cast<uint8_t>(row[i] + ((row[i - bpp] + prior[i]) >> 1));
       return true;
     case 4:
-      for (size_t i = 0; i < bpp && i < n; ++i) row[i] = static_cast<uint8_t>(row[i] + prior[i]);
+      for (size_t i = 0; i < bpp && i < n; ++i)
+        row[i] = static_cast<uint8_t>(row[i] + prior[i]);
       for (size_t i = bpp; i < n; ++i)
         row[i] = static_cast<uint8_t>(row[i] + Paeth(row[i - bpp], prior[i], prior[i - bpp]));
       return true;
@@ -271,7 +288,8 @@ bool ExpandRow(const Header& h, const uint8_t* row, uint32_t count, uint8_t* out
     } else {
       const uint8_t* s = row + size_t{i} * static_cast<size_t>(h.channels) * 2;
       unsigned v[4];
-      for (int c = 0; c < h.channels; ++c) v[c] = static_cast<unsigned>(s[2 * c] << 8 | s[2 * c + 1]);
+      for (int c = 0; c < h.channels; ++c)
+        v[c] = static_cast<unsigned>(s[2 * c] << 8 | s[2 * c + 1]);
       switch (h.colourType) {
         case 0:
           r = g = b = Narrow(v[0]);
@@ -301,8 +319,8 @@ bool ExpandRow(const Header& h, const uint8_t* row, uint32_t count, uint8_t* out
 int DecodeScanlines(const Header& h, uint8_t* raw, uint8_t* picture) {
   size_t widest = RowBytes(h, h.width);
   uint8_t* zero = static_cast<uint8_t*>(AllocMem(widest + 1, kOwnerPngRow));
-  uint8_t* line = h.interlace ? static_cast<uint8_t*>(AllocMem(size_t{h.width} * 4, kOwnerPngRow))
-                              : nullptr;
+  uint8_t* line =
+      h.interlace ? static_cast<uint8_t*>(AllocMem(size_t{h.width} * 4, kOwnerPngRow)) : nullptr;
   if (!zero || (h.interlace && !line)) {
     FreeMem(zero);
     FreeMem(line);
@@ -331,7 +349,8 @@ int DecodeScanlines(const Header& h, uint8_t* raw, uint8_t* picture) {
         fine = ExpandRow(h, row, w, target, 4);
       } else {
         fine = ExpandRow(h, row, w, line, 4);
-        for (uint32_t x = 0; fine && x < w; ++x) memcpy(target + size_t{x} * pass.dx * 4, line + x * 4, 4);
+        for (uint32_t x = 0; fine && x < w; ++x)
+          memcpy(target + size_t{x} * pass.dx * 4, line + x * 4, 4);
       }
       if (!fine) {
         status = kPngBadPalette;
@@ -378,7 +397,8 @@ int DecodePng(const uint8_t* data, size_t size, PngPixelOrder order, PngImage* i
   if (rawBytes / 1032 > idatBytes) return kPngBadData;
   uint8_t* joined = static_cast<uint8_t*>(AllocMem(idatBytes ? idatBytes : 1, kOwnerPngData));
   uint8_t* raw = static_cast<uint8_t*>(AllocMem(rawBytes, kOwnerPngRaw));
-  uint32_t* pixels = static_cast<uint32_t*>(AllocMem(size_t{h.width} * h.height * 4, kOwnerPngPixels));
+  uint32_t* pixels =
+      static_cast<uint32_t*>(AllocMem(size_t{h.width} * h.height * 4, kOwnerPngPixels));
   if (!joined || !raw || !pixels) {
     status = kPngNoMemory;
   } else {
@@ -414,23 +434,35 @@ void FreePngImage(PngImage* image) {
 
 uint32_t Crc32(uint32_t crc, const uint8_t* data, size_t size) {
   crc = ~crc;
-  for (size_t i = 0; i < size; ++i) crc = kCrcTable.entry[(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
+  for (size_t i = 0; i < size; ++i)
+    crc = kCrcTable.entry[(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
   return ~crc;
 }
 
 const char* PngStatusText(int status) {
   switch (status) {
-    case kPngOk: return "ok";
-    case kPngNotPng: return "not a PNG file";
-    case kPngTruncated: return "the file ends early";
-    case kPngBadCrc: return "a chunk's CRC is wrong";
-    case kPngBadHeader: return "invalid IHDR";
-    case kPngTooLarge: return "the picture is too large";
-    case kPngBadPalette: return "invalid palette or palette index";
-    case kPngBadChunk: return "invalid or misplaced chunk";
-    case kPngBadData: return "invalid image data";
-    case kPngBadFilter: return "invalid scanline filter";
-    case kPngNoMemory: return "out of memory";
+    case kPngOk:
+      return "ok";
+    case kPngNotPng:
+      return "not a PNG file";
+    case kPngTruncated:
+      return "the file ends early";
+    case kPngBadCrc:
+      return "a chunk's CRC is wrong";
+    case kPngBadHeader:
+      return "invalid IHDR";
+    case kPngTooLarge:
+      return "the picture is too large";
+    case kPngBadPalette:
+      return "invalid palette or palette index";
+    case kPngBadChunk:
+      return "invalid or misplaced chunk";
+    case kPngBadData:
+      return "invalid image data";
+    case kPngBadFilter:
+      return "invalid scanline filter";
+    case kPngNoMemory:
+      return "out of memory";
   }
   return "unknown PNG status";
 }

@@ -22,15 +22,15 @@ enum PngPixelOrder : int {
 
 enum PngStatus : int {
   kPngOk = 0,
-  kPngNotPng,         // the signature is wrong
-  kPngTruncated,      // the file ends inside a chunk or before IEND
-  kPngBadCrc,         // a chunk's CRC does not match
-  kPngBadHeader,      // IHDR missing, misplaced or invalid (type, depth, method)
-  kPngTooLarge,       // dimensions beyond the limits
-  kPngBadPalette,     // PLTE or tRNS invalid, or a pixel names an entry PLTE lacks
-  kPngBadChunk,       // an unknown critical chunk or chunks out of order
-  kPngBadData,        // the image data does not inflate to exactly the scanlines
-  kPngBadFilter,      // a scanline's filter type is not 0-4
+  kPngNotPng,      // the signature is wrong
+  kPngTruncated,   // the file ends inside a chunk or before IEND
+  kPngBadCrc,      // a chunk's CRC does not match
+  kPngBadHeader,   // IHDR missing, misplaced or invalid (type, depth, method)
+  kPngTooLarge,    // dimensions beyond the limits
+  kPngBadPalette,  // PLTE or tRNS invalid, or a pixel names an entry PLTE lacks
+  kPngBadChunk,    // an unknown critical chunk or chunks out of order
+  kPngBadData,     // the image data does not inflate to exactly the scanlines
+  kPngBadFilter,   // a scanline's filter type is not 0-4
   kPngNoMemory,
 };
 

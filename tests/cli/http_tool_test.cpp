@@ -18,7 +18,8 @@ const char kModified[] = "Last-Modified: Tue, 03 Mar 2026 10:20:30 GMT\n";
 std::string FileBytes() {
   std::string file;
   for (int i = 0; i < 40; ++i)
-    for (int b = 0; b < 256; ++b) file.push_back(static_cast<char>(b));
+    for (int b = 0; b < 256; ++b)
+      file.push_back(static_cast<char>(b));
   return file;
 }
 
@@ -85,7 +86,8 @@ TEST_F(HttpTool, Replies) {
       {"--post name=Quill --post 'empty=' --post data=@" + upload + " " + Url("/echo"),
        "200\nBody: 117 bytes\n",
        "POST multipart/form-data\nname None 5\nQuill\nempty None 0\n\n"
-       "data quill_http_upload.bin 29\n" + std::string("line\r\n--not a boundary\r\n\0end", 29) + "\n",
+       "data quill_http_upload.bin 29\n" +
+           std::string("line\r\n--not a boundary\r\n\0end", 29) + "\n",
        0},
       {Url("/status/503"), "503\nBody: 4 bytes\n", "busy", 1},
       {Url("/missing"), "404\nBody: 2 bytes\n", "no", 1},
@@ -109,7 +111,8 @@ TEST_F(HttpTool, FailuresAreQuickAndNamed) {
   };
   const Case kCases[] = {
       {"/loop", "302\nBody: 0 bytes\nquill-tool: URL: too many redirects\n", 3},
-      {"/https", "302\nBody: 0 bytes\nquill-tool: URL: a redirect to an address that is not http://\n", 3},
+      {"/https",
+       "302\nBody: 0 bytes\nquill-tool: URL: a redirect to an address that is not http://\n", 3},
       {"/silent", "quill-tool: URL: the server did not answer in time\n", 7},
       {"/drip", "quill-tool: URL: the server did not answer in time\n", 7},
       {"/endless-header", "quill-tool: URL: the reply is not valid HTTP\n", 3},

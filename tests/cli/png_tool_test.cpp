@@ -28,7 +28,8 @@ TEST(PngTool, AgreesWithImageMagickOnEverySample) {
   for (const Sample& s : kSamples) {
     ToolRun run = Tool("png '" + SamplePath(s.file) + "'");
     EXPECT_EQ(run.status, 0) << s.file;
-    EXPECT_EQ(run.out, std::to_string(s.width) + " " + std::to_string(s.height) + " " + s.sha256 + "\n")
+    EXPECT_EQ(run.out,
+              std::to_string(s.width) + " " + std::to_string(s.height) + " " + s.sha256 + "\n")
         << s.file;
   }
 }

@@ -25,8 +25,10 @@ TEST(HttpReply, Heads) {
       {ok + "Content-Length: 12\r\n\r\nbody", 4, 200, 12, false, "", ""},
       {"HTTP/1.0 404\n\n", 0, 404, -1, false, "", ""},
       {ok + "content-length:  7 \r\nCONTENT-LENGTH: 7\r\n\r\n", 0, 200, 7, false, "", ""},
-      {ok + "Transfer-Encoding: gzip, Chunked\r\nContent-Length: 5\r\n\r\n", 0, 200, -1, true, "", ""},
-      {"HTTP/1.1 302 Found\r\nLocation: /next?a=1\r\nLast-Modified: Tue, 03 Mar 2026 10:20:30 GMT\r\n\r\n",
+      {ok + "Transfer-Encoding: gzip, Chunked\r\nContent-Length: 5\r\n\r\n", 0, 200, -1, true, "",
+       ""},
+      {"HTTP/1.1 302 Found\r\nLocation: /next?a=1\r\nLast-Modified: Tue, 03 Mar 2026 10:20:30 "
+       "GMT\r\n\r\n",
        0, 302, -1, false, "/next?a=1", "Tue, 03 Mar 2026 10:20:30 GMT"},
       {ok + "Location: /" + std::string(3000, 'a') + "\r\n\r\n", 0, 200, -1, false, "", ""},
       {ok + "Content-Len", kMore, 0, 0, false, "", ""},
@@ -66,12 +68,16 @@ TEST(HttpReply, ContentRange) {
     int64_t first, last, total;
   };
   const Case kCases[] = {
-      {"bytes 100-199/10240", 100, 199, 10240}, {"bytes */10240", -1, -1, 10240},
-      {"bytes 5-9/*", 5, 9, -1},                {"bytes 9-5/10", -1, -1, -1},
-      {"pages 1-2/3", -1, -1, -1},              {"bytes 1-2", -1, -1, -1},
+      {"bytes 100-199/10240", 100, 199, 10240},
+      {"bytes */10240", -1, -1, 10240},
+      {"bytes 5-9/*", 5, 9, -1},
+      {"bytes 9-5/10", -1, -1, -1},
+      {"pages 1-2/3", -1, -1, -1},
+      {"bytes 1-2", -1, -1, -1},
   };
   for (const Case& c : kCases) {
-    std::string bytes = std::string("HTTP/1.1 206 Partial\r\nContent-Range: ") + c.value + "\r\n\r\n";
+    std::string bytes =
+        std::string("HTTP/1.1 206 Partial\r\nContent-Range: ") + c.value + "\r\n\r\n";
     HttpHead head;
     ASSERT_GT(ParseHttpHead(bytes.data(), bytes.size(), &head), 0) << c.value;
     EXPECT_EQ(head.rangeFirst, c.first) << c.value;

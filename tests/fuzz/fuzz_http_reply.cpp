@@ -42,7 +42,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (strlen(head.location) >= kHttpMaxUrl || strlen(head.lastModified) >= kHttpMaxDate)
       __builtin_trap();
     HttpHead shorter;
-    if (ParseHttpHead(bytes.data(), static_cast<size_t>(length) - 1, &shorter) > 0) __builtin_trap();
+    if (ParseHttpHead(bytes.data(), static_cast<size_t>(length) - 1, &shorter) > 0)
+      __builtin_trap();
     int64_t seconds;
     if (head.lastModified[0] && ParseHttpDate(head.lastModified, &seconds)) {
       char text[32];

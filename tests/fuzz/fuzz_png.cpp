@@ -17,7 +17,8 @@ void FixCrcs(std::vector<uint8_t>* file) {
     size_t length = size_t{p[0]} << 24 | p[1] << 16 | p[2] << 8 | p[3];
     if (length > file->size() - pos - 12) break;
     uint32_t crc = Crc32(0, p + 4, length + 4);
-    for (int i = 0; i < 4; ++i) p[8 + length + i] = static_cast<uint8_t>(crc >> (24 - 8 * i));
+    for (int i = 0; i < 4; ++i)
+      p[8 + length + i] = static_cast<uint8_t>(crc >> (24 - 8 * i));
     pos += 12 + length;
   }
 }
@@ -39,8 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     return 0;
   }
   if (straight.width < 1 || straight.height < 1 || straight.width > kPngMaxSide ||
-      straight.height > kPngMaxSide ||
-      int64_t{straight.width} * straight.height > kPngMaxPixels) {
+      straight.height > kPngMaxSide || int64_t{straight.width} * straight.height > kPngMaxPixels) {
     __builtin_trap();
   }
   size_t count = static_cast<size_t>(straight.width) * straight.height;

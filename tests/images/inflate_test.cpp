@@ -89,7 +89,8 @@ TEST_F(InflateTest, DamagedStreamsFail) {
     uint8_t cmf, flg;
   };
   // Method 7, window 2^16, check bits wrong, preset dictionary.
-  for (Header h : {Header{0x77, 0x85}, Header{0x88, 0x98}, Header{0x78, 0x9D}, Header{0x78, 0xBB}}) {
+  for (Header h :
+       {Header{0x77, 0x85}, Header{0x88, 0x98}, Header{0x78, 0x9D}, Header{0x78, 0xBB}}) {
     bad = stream;
     bad[0] = static_cast<char>(h.cmf), bad[1] = static_cast<char>(h.flg);
     EXPECT_EQ(InflateZlib(Bytes(bad.data()), bad.size(), out.data(), out.size(), &written),
@@ -102,17 +103,30 @@ TEST_F(InflateTest, DamagedStreamsFail) {
     int status;
   };
   const Raw kRaw[] = {
-      {std::string("\x07", 1), kInflateBadData},                         // block type 3
-      {std::string("\x01\x05\x00\xfa\xff" "abcde", 10), kInflateOk},  // stored, LEN and NLEN agree
-      {std::string("\x01\x05\x00\xfb\xff" "abcde", 10), kInflateBadData},
-      {std::string("\x01\x05\x00\xfb\xff" "ab", 7), kInflateBadData},
-      {std::string("\x01\x05\x00\xfa\xff" "ab", 7), kInflateTruncated},
+      {std::string("\x07", 1), kInflateBadData},  // block type 3
+      {std::string("\x01\x05\x00\xfa\xff"
+                   "abcde",
+                   10),
+       kInflateOk},  // stored, LEN and NLEN agree
+      {std::string("\x01\x05\x00\xfb\xff"
+                   "abcde",
+                   10),
+       kInflateBadData},
+      {std::string("\x01\x05\x00\xfb\xff"
+                   "ab",
+                   7),
+       kInflateBadData},
+      {std::string("\x01\x05\x00\xfa\xff"
+                   "ab",
+                   7),
+       kInflateTruncated},
       {std::string(kDictionaryStream, sizeof kDictionaryStream - 1), kInflateBadData},
       // A dynamic block whose code-length code is incomplete.
       {std::string("\x05\xe0\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff", 12), kInflateBadData},
   };
   for (const Raw& r : kRaw) {
-    EXPECT_EQ(InflateRaw(Bytes(r.data.data()), r.data.size(), out.data(), out.size(), &written, &consumed),
+    EXPECT_EQ(InflateRaw(Bytes(r.data.data()), r.data.size(), out.data(), out.size(), &written,
+                         &consumed),
               r.status)
         << testing::PrintToString(r.data);
   }

@@ -11,7 +11,8 @@
 namespace {
 
 void Put32(std::string* s, uint32_t v) {
-  for (int shift = 24; shift >= 0; shift -= 8) s->push_back(static_cast<char>(v >> shift));
+  for (int shift = 24; shift >= 0; shift -= 8)
+    s->push_back(static_cast<char>(v >> shift));
 }
 
 std::string Chunk(const char* type, const std::string& body) {
@@ -46,8 +47,10 @@ const std::string kSignature("\x89PNG\r\n\x1a\n", 8);
 
 // 2x2 RGBA, rows filtered None and Up: (200,100,50,128) (0,0,255,255) / (10,20,30,0) (1,2,3,255).
 std::string Scanlines() {
-  return std::string("\0\xc8\x64\x32\x80\x00\x00\xff\xff"
-                     "\x02\x42\xb0\xec\x80\x01\x02\x04\x00", 18);
+  return std::string(
+      "\0\xc8\x64\x32\x80\x00\x00\xff\xff"
+      "\x02\x42\xb0\xec\x80\x01\x02\x04\x00",
+      18);
 }
 
 std::string File(const std::string& middle) {
@@ -87,10 +90,12 @@ TEST_F(PngTest, PixelOrders) {
 
 TEST_F(PngTest, ChunkLayout) {
   std::string data = Zlib(Scanlines());
-  std::string split = Chunk("IDAT", data.substr(0, 5)) + Chunk("IDAT", "") + Chunk("IDAT", data.substr(5));
+  std::string split =
+      Chunk("IDAT", data.substr(0, 5)) + Chunk("IDAT", "") + Chunk("IDAT", data.substr(5));
   EXPECT_EQ(Status(File(split)), kPngOk);
   EXPECT_EQ(Status(File(Chunk("teXt", "a") + split + Chunk("zzZz", "b"))), kPngOk);
-  std::string gap = Chunk("IDAT", data.substr(0, 5)) + Chunk("teXt", "a") + Chunk("IDAT", data.substr(5));
+  std::string gap =
+      Chunk("IDAT", data.substr(0, 5)) + Chunk("teXt", "a") + Chunk("IDAT", data.substr(5));
   EXPECT_EQ(Status(File(gap)), kPngBadChunk);
   EXPECT_EQ(Status(File(Chunk("ZZZZ", "") + split)), kPngBadChunk);
   EXPECT_EQ(Status(File("")), kPngBadChunk);
@@ -104,7 +109,8 @@ TEST_F(PngTest, ChunkLayout) {
 TEST_F(PngTest, DamagedFilesFailWithoutLeaks) {
   std::string good = File(Chunk("IDAT", Zlib(Scanlines())));
   // Every cut, and every single flipped bit past the signature, fails cleanly.
-  for (size_t cut = 0; cut < good.size(); ++cut) EXPECT_NE(Status(good.substr(0, cut)), kPngOk) << cut;
+  for (size_t cut = 0; cut < good.size(); ++cut)
+    EXPECT_NE(Status(good.substr(0, cut)), kPngOk) << cut;
   for (size_t bit = 64; bit < good.size() * 8; ++bit) {
     std::string bad = good;
     bad[bit / 8] = static_cast<char>(bad[bit / 8] ^ (1 << bit % 8));
@@ -128,27 +134,34 @@ TEST_F(PngTest, HeadersAndLimits) {
     int depth, colour, interlace, status;
   };
   const Case kCases[] = {
-      {0, 1, 8, 0, 0, kPngBadHeader},       {1, 0, 8, 0, 0, kPngBadHeader},
-      {1, 1, 4, 2, 0, kPngBadHeader},       {1, 1, 16, 3, 0, kPngBadHeader},
-      {1, 1, 3, 0, 0, kPngBadHeader},       {1, 1, 8, 5, 0, kPngBadHeader},
-      {1, 1, 8, 0, 2, kPngBadHeader},       {0x80000000u, 1, 8, 0, 0, kPngBadHeader},
-      {16385, 1, 8, 0, 0, kPngTooLarge},    {16384, 16384, 1, 0, 0, kPngTooLarge},
+      {0, 1, 8, 0, 0, kPngBadHeader},
+      {1, 0, 8, 0, 0, kPngBadHeader},
+      {1, 1, 4, 2, 0, kPngBadHeader},
+      {1, 1, 16, 3, 0, kPngBadHeader},
+      {1, 1, 3, 0, 0, kPngBadHeader},
+      {1, 1, 8, 5, 0, kPngBadHeader},
+      {1, 1, 8, 0, 2, kPngBadHeader},
+      {0x80000000u, 1, 8, 0, 0, kPngBadHeader},
+      {16385, 1, 8, 0, 0, kPngTooLarge},
+      {16384, 16384, 1, 0, 0, kPngTooLarge},
       {8192, 4097, 8, 6, 1, kPngTooLarge},
       // Within the limits but with a few bytes of data where megabytes are due: refused before
       // the picture's memory is taken.
-      {16384, 2048, 16, 6, 0, kPngBadData}, {8192, 4096, 8, 2, 1, kPngBadData},
+      {16384, 2048, 16, 6, 0, kPngBadData},
+      {8192, 4096, 8, 2, 1, kPngBadData},
   };
   for (const Case& c : kCases) {
     std::string file = kSignature + Header(c.width, c.height, c.depth, c.colour, c.interlace) +
                        Chunk("IDAT", Zlib(std::string(100, '\0'))) + Chunk("IEND", "");
-    EXPECT_EQ(Status(file), c.status) << c.width << "x" << c.height << " " << c.depth << "/" << c.colour;
+    EXPECT_EQ(Status(file), c.status)
+        << c.width << "x" << c.height << " " << c.depth << "/" << c.colour;
   }
 }
 
 TEST_F(PngTest, Palettes) {
   auto paletted = [](int depth, const std::string& palette, const std::string& row) {
-    return kSignature + Header(static_cast<uint32_t>(row.size() * 8 / depth), 1, depth, 3) + palette +
-           Chunk("IDAT", Zlib(std::string(1, '\0') + row)) + Chunk("IEND", "");
+    return kSignature + Header(static_cast<uint32_t>(row.size() * 8 / depth), 1, depth, 3) +
+           palette + Chunk("IDAT", Zlib(std::string(1, '\0') + row)) + Chunk("IEND", "");
   };
   std::string three = Chunk("PLTE", std::string(9, '\x7f'));
   using S = std::string;
