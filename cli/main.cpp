@@ -71,6 +71,14 @@ const ToolCommand kCommands[] = {
      "                                    and prints where the caret ends (Col, Ln); with\n"
      "                                    --replace replaces the first match (--all: every one),\n"
      "                                    saves FILE as the editor does and prints the count"},
+    {"png", RunPngCommand,
+     "png FILE                            a PNG's width, height and the SHA-256 of its pixels\n"
+     "                                    as R G B A bytes, alpha not premultiplied"},
+    {"http", RunHttpCommand,
+     "http [--range A-[B]] [--since DATE] [--post FIELD=VALUE | --post FIELD=@FILE]... URL [OUT]\n"
+     "                                    one request of the HTTP client: prints the status,\n"
+     "                                    Last-Modified and the body's length, writes the body\n"
+     "                                    to OUT; exit 1 on a failure or an HTTP error"},
 };
 
 int Usage() {

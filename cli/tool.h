@@ -33,3 +33,5 @@ int RunConvertCommand(int argc, char** argv);
 int RunFrameCommand(int argc, char** argv);
 int RunFindCommand(int argc, char** argv);
 int RunLookupCommand(int argc, char** argv);
+int RunPngCommand(int argc, char** argv);
+int RunHttpCommand(int argc, char** argv);
