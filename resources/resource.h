@@ -188,3 +188,9 @@
 #define IDD_HELP 11
 #define IDC_HELP_TEXT 100
 #define IDR_HELP_TEXT 1
+
+// The Tools menu's windows: an input edit and an output edit each.
+#define IDD_INT_CALC 160
+#define IDD_ERROR_LOOKUP 161
+#define IDC_TOOL_INPUT 100
+#define IDC_TOOL_OUTPUT 101
