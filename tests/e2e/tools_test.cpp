@@ -1,0 +1,148 @@
+// The Tools menu's windows driven as a user drives them: the keys open them, typing changes what
+// they show, Escape closes them.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/e2e/e2e_support.h"
+
+namespace {
+
+const wchar_t kIntCalcCaption[] = L"\xC815\xC218 \xACC4\xC0B0\xAE30";  // 정수 계산기
+const wchar_t kErrorLookupCaption[] =
+    L"Win32 \xC624\xB958 \xCF54\xB4DC \xCC3E\xAE30";  // Win32 오류 코드 찾기
+
+// Another process's edit text: WM_GETTEXT is copied across, GetWindowText is not under Wine.
+std::wstring EditText(HWND dialog, int id) {
+  std::wstring buffer(4096, L'\0');
+  LRESULT length = SendMessageW(GetDlgItem(dialog, id), WM_GETTEXT, buffer.size(),
+                                reinterpret_cast<LPARAM>(buffer.data()));
+  buffer.resize(length > 0 ? static_cast<size_t>(length) : 0);
+  return buffer;
+}
+
+// Every visible window of Quill's process with this caption.
+std::vector<HWND> WindowsTitled(const QuillProcess& quill, const std::wstring& caption) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(quill.Frame(), &process);
+  std::vector<HWND> found;
+  for (HWND window = GetTopWindow(nullptr); window; window = GetWindow(window, GW_HWNDNEXT)) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == process && IsWindowVisible(window) && WindowText(window) == caption)
+      found.push_back(window);
+  }
+  return found;
+}
+
+TEST(Tools, IntegerCalculatorFollowsTheSelectionAndTheTyping) {
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(PrepareFreshCopy(L"tools-calc")));
+  PostMessageW(quill.Frame(), WM_COMMAND, 79, 0);
+  Settle();
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  FocusEditor(quill, editor);
+  TypeText(L"0x10+3*2");
+  Chord({VK_SHIFT}, VK_HOME);
+  Settle();
+
+  Chord({VK_CONTROL}, VK_F7);
+  HWND first = WaitForWindow(quill, kIntCalcCaption);
+  ASSERT_NE(first, nullptr);
+  Settle();
+  EXPECT_EQ(EditText(first, 100), L"0x10+3*2");
+  EXPECT_EQ(EditText(first, 101), L"= 22\r\n= 0x16");
+  SaveScreenshot(ScreenshotFolder() + L"tools-int-calc.bmp");
+
+  // The result follows each typed character; an unfinished expression says so.
+  SendMessageW(GetDlgItem(first, 100), EM_SETSEL, 0, -1);
+  TypeText(L"1+2*");
+  Settle();
+  EXPECT_EQ(EditText(first, 101), L"\xACC4\xC0B0\xC2DD \xBBF8\xC644\xC131");  // 계산식 미완성
+  TypeText(L"3");
+  Settle();
+  EXPECT_EQ(EditText(first, 101), L"= 7\r\n= 0x7");
+  // An emptied input shows the example.
+  SendMessageW(GetDlgItem(first, 100), EM_SETSEL, 0, -1);
+  Press(VK_BACK);
+  Settle();
+  EXPECT_EQ(EditText(first, 101), L"Ex)\r\n0x23 & (45 | 13) + ~123 + 'A' + 0123\r\n");
+
+  // A second calculator opens beside the first, cascaded.
+  PostMessageW(quill.Frame(), WM_COMMAND, 46, 0);
+  Settle();
+  std::vector<HWND> calculators = WindowsTitled(quill, kIntCalcCaption);
+  ASSERT_EQ(calculators.size(), 2u);
+  HWND second = calculators[0] == first ? calculators[1] : calculators[0];
+  RECT firstRect, secondRect;
+  GetWindowRect(first, &firstRect);
+  GetWindowRect(second, &secondRect);
+  EXPECT_EQ(secondRect.left - firstRect.left, 24);
+  EXPECT_EQ(secondRect.top - firstRect.top, 24);
+  // Not narrower than its minimum however it is sized.
+  SetWindowPos(second, nullptr, 0, 0, 20, 20, SWP_NOMOVE | SWP_NOZORDER);
+  Settle();
+  GetWindowRect(second, &secondRect);
+  EXPECT_GE(secondRect.right - secondRect.left, 150);
+  EXPECT_GE(secondRect.bottom - secondRect.top, 70);
+  // The output still fills what is left under the input.
+  RECT client, output;
+  GetClientRect(second, &client);
+  GetWindowRect(GetDlgItem(second, 101), &output);
+  MapWindowPoints(nullptr, second, reinterpret_cast<POINT*>(&output), 2);
+  EXPECT_LT(client.right - output.right, 12);
+  EXPECT_LT(client.bottom - output.bottom, 12);
+  SaveScreenshot(ScreenshotFolder() + L"tools-int-calc-two.bmp");
+
+  SetForegroundWindow(second);
+  SetFocus(GetDlgItem(second, 100));
+  Settle();
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(WaitUntilGone(second));
+  EXPECT_TRUE(IsWindow(first));
+  PostMessageW(first, WM_COMMAND, IDCANCEL, 0);
+  EXPECT_TRUE(WaitUntilGone(first));
+  PostMessageW(quill.Frame(), WM_CLOSE, 0, 0);
+  HWND save = WaitForWindow(quill, L"");  // the typed document is not saved
+  ASSERT_NE(save, nullptr);
+  PostMessageW(save, WM_COMMAND, IDNO, 0);
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+TEST(Tools, ErrorLookupShowsTheSystemTextInOneWindow) {
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(PrepareFreshCopy(L"tools-errmsg")));
+  PostMessageW(quill.Frame(), WM_COMMAND, 24, 0);
+  HWND lookup = WaitForWindow(quill, kErrorLookupCaption);
+  ASSERT_NE(lookup, nullptr);
+  SetForegroundWindow(lookup);
+  SetFocus(GetDlgItem(lookup, 100));
+  Settle();
+  TypeText(L"5");
+  Press(VK_RETURN);
+  Settle();
+  std::wstring denied = EditText(lookup, 101);
+  EXPECT_FALSE(denied.empty());
+  SaveScreenshot(ScreenshotFolder() + L"tools-error-lookup.bmp");
+  // Hexadecimal reads the same code; an unknown code empties the output.
+  SendMessageW(GetDlgItem(lookup, 100), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"0x5"));
+  PostMessageW(lookup, WM_COMMAND, IDOK, 0);
+  Settle();
+  EXPECT_EQ(EditText(lookup, 101), denied);
+  SendMessageW(GetDlgItem(lookup, 100), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"99999"));
+  PostMessageW(lookup, WM_COMMAND, IDOK, 0);
+  Settle();
+  EXPECT_EQ(EditText(lookup, 101), L"");
+
+  // The command again brings the same window back.
+  PostMessageW(quill.Frame(), WM_COMMAND, 24, 0);
+  Settle();
+  EXPECT_EQ(WindowsTitled(quill, kErrorLookupCaption).size(), 1u);
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(WaitUntilGone(lookup));
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+}
+
+}  // namespace
