@@ -37,7 +37,7 @@ const CommandRow kRows[] = {
     {27, kCommandUnfinished},  // open with a coding-style conversion
     {39, kCommandUnfinished},  // terminal
     {46, kCommandFrame},  // integer calculator
-    {47, kCommandUnfinished},  // precision calculator
+    {47, kCommandFrame},  // precision calculator
     {29, kCommandUnfinished},
     {28, kCommandUnfinished},
     {25, kCommandUnfinished},

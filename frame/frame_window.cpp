@@ -214,6 +214,9 @@ bool OnFrameCommand(HWND frame, int id) {
     case IDM_TOOL_CALC:
       ShowIntCalculator(frame);
       return true;
+    case IDM_TOOL_RCALC:
+      ShowRealCalculator(frame);
+      return true;
     case IDM_TOOL_ERRMSG:
       ShowErrorLookup(frame);
       return true;

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <initializer_list>
 
 #include "calc/int_calculator.h"
 #include "editor/editor_view.h"
@@ -128,22 +129,18 @@ INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
 }  // namespace
 
 void LayOutToolEdits(HWND dialog) {
-  RECT margin = {4, 4, 4, 4};  // the template's margin and the gap between the edits
-  MapDialogRect(dialog, &margin);
   RECT client;
   GetClientRect(dialog, &client);
-  HWND input = GetDlgItem(dialog, IDC_TOOL_INPUT);
-  RECT inputRect;
-  GetWindowRect(input, &inputRect);
-  int inputHeight = inputRect.bottom - inputRect.top;
-  int width = client.right - 2 * margin.left;
-  if (width < 1) width = 1;
-  MoveWindow(input, margin.left, margin.top, width, inputHeight, TRUE);
-  int outputTop = margin.top + inputHeight + margin.top;
-  int outputHeight = client.bottom - outputTop - margin.top;
-  if (outputHeight < 1) outputHeight = 1;
-  MoveWindow(GetDlgItem(dialog, IDC_TOOL_OUTPUT), margin.left, outputTop, width, outputHeight,
-             TRUE);
+  // Each edit keeps its place from the template; the input widens, the output takes the rest.
+  for (int id : {IDC_TOOL_INPUT, IDC_TOOL_OUTPUT}) {
+    HWND edit = GetDlgItem(dialog, id);
+    RECT rect;
+    GetWindowRect(edit, &rect);
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&rect), 2);
+    int width = client.right - 2 * rect.left;
+    int height = id == IDC_TOOL_INPUT ? rect.bottom - rect.top : client.bottom - rect.top - rect.left;
+    MoveWindow(edit, rect.left, rect.top, width > 1 ? width : 1, height > 1 ? height : 1, TRUE);
+  }
 }
 
 void LimitToolTracking(LPARAM minMaxInfo, int width, int height) {

@@ -8,6 +8,8 @@
 void ShowIntCalculator(HWND frame);
 // Command 24: the one error lookup window, brought to the front when it is open.
 void ShowErrorLookup(HWND frame);
+// Command 47: a further precision calculator, cascaded, in the style last chosen.
+void ShowRealCalculator(HWND frame);
 
 // Shared by the tool windows: the input edit across the top and the output edit filling the rest
 // of the client area, with the template's margins.

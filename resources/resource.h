@@ -194,3 +194,7 @@
 #define IDD_ERROR_LOOKUP 161
 #define IDC_TOOL_INPUT 100
 #define IDC_TOOL_OUTPUT 101
+#define IDD_REAL_CALC 162
+#define IDC_CALC_RUNNING 102  // the style pair: running, expression
+#define IDC_CALC_EXPRESSION 103
+#define IDC_CALC_CLEAR 104  // a command only: empties the input

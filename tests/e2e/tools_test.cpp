@@ -145,4 +145,59 @@ TEST(Tools, ErrorLookupShowsTheSystemTextInOneWindow) {
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 
+TEST(Tools, PrecisionCalculatorKeepsRegistersAndItsStyle) {
+  const wchar_t caption[] = L"\xC815\xBC00 \xC2E4\xC218 \xACC4\xC0B0\xAE30";  // 정밀 실수 계산기
+  std::wstring exe = PrepareFreshCopy(L"tools-rcalc");
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  SetForegroundWindow(quill.Frame());
+  Settle();
+  Chord({VK_SHIFT, VK_MENU}, 'Q');
+  HWND calc = WaitForWindow(quill, caption);
+  ASSERT_NE(calc, nullptr);
+  SetForegroundWindow(calc);
+  SetFocus(GetDlgItem(calc, 100));
+  Settle();
+  // The running style at first; an unset register reads 0, a stored one keeps its value.
+  EXPECT_EQ(SendMessageW(GetDlgItem(calc, 102), BM_GETCHECK, 0, 0), BST_CHECKED);
+  EXPECT_EQ(EditText(calc, 101).substr(0, 3), L"Ex)");
+  TypeText(L"2^16 + @A -1");
+  Settle();
+  EXPECT_EQ(EditText(calc, 101), L"= 65,535\r\n= 0 FFFF (Hex)");
+  SaveScreenshot(ScreenshotFolder() + L"tools-real-calc.bmp");
+  Chord({VK_CONTROL}, VK_BACK);
+  Settle();
+  EXPECT_EQ(EditText(calc, 100), L"");
+  TypeText(L"5 = @B");
+  Settle();
+  EXPECT_EQ(EditText(calc, 101), L"= 5\r\n= 5 (Hex)");
+  Chord({VK_CONTROL}, VK_BACK);
+  TypeText(L"@b*2");
+  Settle();
+  EXPECT_EQ(EditText(calc, 101), L"= 10\r\n= 0A (Hex)");
+  // Millimetres belong to the running style only; a click on the other style evaluates again,
+  // and the choice is remembered when the window closes.
+  Chord({VK_CONTROL}, VK_BACK);
+  TypeText(L"10mm");
+  Settle();
+  EXPECT_EQ(EditText(calc, 101).substr(0, 12), L"= 393.700787");
+  SendMessageW(GetDlgItem(calc, 103), BM_CLICK, 0, 0);
+  Settle();
+  EXPECT_EQ(EditText(calc, 101), L"\xC9C0\xC6D0\xD558\xC9C0 \xC54A\xB294 \xC5F0\xC0B0\xC790");
+  PostMessageW(calc, WM_COMMAND, IDCANCEL, 0);
+  EXPECT_TRUE(WaitUntilGone(calc));
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  EXPECT_EQ(Setting(FolderOf(exe) + L"QUILL.INI", L"Config", L"DecimalCalcStyle"), "1");
+
+  QuillProcess again;
+  ASSERT_TRUE(again.Start(exe));
+  PostMessageW(again.Frame(), WM_COMMAND, 47, 0);
+  calc = WaitForWindow(again, caption);
+  ASSERT_NE(calc, nullptr);
+  Settle();
+  EXPECT_EQ(SendMessageW(GetDlgItem(calc, 103), BM_GETCHECK, 0, 0), BST_CHECKED);
+  EXPECT_EQ(EditText(calc, 101).substr(0, 3), L"Ex)");
+  EXPECT_EQ(again.CloseAndWait(10000), 0);
+}
+
 }  // namespace

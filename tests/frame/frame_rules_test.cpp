@@ -137,7 +137,8 @@ TEST(FrameCommands, TheTableSendsEachCommandWhereItBelongs) {
   // The Tools windows the frame opens itself; the ones still missing say so.
   EXPECT_EQ(FrameCommand(46), kCommandFrame);
   EXPECT_EQ(FrameCommand(24), kCommandFrame);
-  EXPECT_EQ(FrameCommand(47), kCommandUnfinished);
+  EXPECT_EQ(FrameCommand(47), kCommandFrame);
+  EXPECT_EQ(FrameCommand(28), kCommandUnfinished);
   EXPECT_EQ(FrameCommand(44), kCommandSilent);
   EXPECT_EQ(FrameCommand(10000), kCommandWindowList);
   EXPECT_EQ(FrameCommand(10042), kCommandWindowList);
