@@ -39,7 +39,7 @@ const CommandRow kRows[] = {
     {46, kCommandFrame},  // integer calculator
     {47, kCommandFrame},  // precision calculator
     {29, kCommandUnfinished},
-    {28, kCommandUnfinished},
+    {28, kCommandFrame},  // binary to source
     {25, kCommandUnfinished},
     {24, kCommandFrame},  // error lookup
     {23, kCommandUnfinished},

@@ -217,6 +217,9 @@ bool OnFrameCommand(HWND frame, int id) {
     case IDM_TOOL_RCALC:
       ShowRealCalculator(frame);
       return true;
+    case IDM_TOOL_BIN2SRC:
+      ShowBinaryToSource(frame);
+      return true;
     case IDM_TOOL_ERRMSG:
       ShowErrorLookup(frame);
       return true;

@@ -10,6 +10,9 @@ void ShowIntCalculator(HWND frame);
 void ShowErrorLookup(HWND frame);
 // Command 47: a further precision calculator, cascaded, in the style last chosen.
 void ShowRealCalculator(HWND frame);
+// Command 28: the binary-to-source dialog (modal); the written file opens in an editor when the
+// dialog's check box says so.
+void ShowBinaryToSource(HWND frame);
 
 // Shared by the tool windows: the input edit across the top and the output edit filling the rest
 // of the client area, with the template's margins.

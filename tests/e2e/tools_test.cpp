@@ -200,4 +200,51 @@ TEST(Tools, PrecisionCalculatorKeepsRegistersAndItsStyle) {
   EXPECT_EQ(again.CloseAndWait(10000), 0);
 }
 
+TEST(Tools, BinaryToSourceWritesTheArrayAndOpensIt) {
+  std::wstring exe = PrepareFreshCopy(L"tools-bin2src");
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"data.bin", std::string("\x01\x02\xFF\x10\x7F", 5));
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(exe));
+  PostMessageW(quill.Frame(), WM_COMMAND, 28, 0);
+  HWND dialog = WaitForWindow(quill, L"");
+  ASSERT_NE(dialog, nullptr);
+  Settle();
+  // The defaults: C, hexadecimal bytes, the endian pair off for one-byte elements.
+  EXPECT_EQ(EditText(dialog, 108), L"0x%02X");
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, 118)));
+  SendMessageW(GetDlgItem(dialog, 116), BM_CLICK, 0, 0);  // two bytes
+  EXPECT_EQ(EditText(dialog, 108), L"0x%04X");
+  EXPECT_TRUE(IsWindowEnabled(GetDlgItem(dialog, 118)));
+  SendMessageW(GetDlgItem(dialog, 114), BM_CLICK, 0, 0);  // unsigned
+  SendMessageW(GetDlgItem(dialog, 111), BM_CLICK, 0, 0);  // Java: no unsigned numbers
+  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, 114)));
+  EXPECT_EQ(SendMessageW(GetDlgItem(dialog, 113), BM_GETCHECK, 0, 0), BST_CHECKED);
+  EXPECT_EQ(EditText(dialog, 108), L"%d");
+  SendMessageW(GetDlgItem(dialog, 109), BM_CLICK, 0, 0);  // back to C
+  SendMessageW(GetDlgItem(dialog, 112), BM_CLICK, 0, 0);  // hexadecimal
+  SendMessageW(GetDlgItem(dialog, 115), BM_CLICK, 0, 0);  // one byte
+  EXPECT_EQ(EditText(dialog, 108), L"0x%02X");
+
+  std::wstring binary = folder + L"data.bin";
+  SendMessageW(GetDlgItem(dialog, 100), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(binary.c_str()));
+  SendMessageW(GetDlgItem(dialog, 106), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"2"));
+  Settle();
+  SaveScreenshot(ScreenshotFolder() + L"tools-bin2src.bmp");
+  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(WaitUntilGone(dialog));
+  Settle();
+  EXPECT_EQ(ReadBytes(folder + L"data.c"),
+            "static CONST BYTE data[]=\r\n    {\r\n    0x01,0x02,\r\n    0xFF,0x10,\r\n"
+            "    0x7F,\r\n    };\r\n");
+  HWND editor = OnlyChild(quill);
+  ASSERT_NE(editor, nullptr);
+  std::wstring title = WindowText(editor);
+  ASSERT_GE(title.size(), 6u);
+  EXPECT_EQ(title.substr(title.size() - 6), L"data.c");
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  std::wstring ini = folder + L"QUILL.INI";
+  EXPECT_EQ(Setting(ini, L"Config", L"Bin2Src1LineLen"), "2");
+}
+
 }  // namespace
