@@ -9,6 +9,7 @@ constexpr int kMsgFileNotWritten = 5;
 constexpr int kMsgDiskFull = 20;
 constexpr int kMsgOverwrite = 116;
 constexpr int kMsgNeedDataFormat = 125;
+constexpr int kMsgLineTooLong = 172;
 
 // Through the string table, so that a language file translates them.
 inline const char* Bin2SrcMessage(int id) { return GetStr(id); }
