@@ -57,19 +57,6 @@ void Evaluate(HWND dialog) {
   SetToolOutput(dialog, output);
 }
 
-// Horizontal bands of the gradient, a few rows each, so that a large window paints quickly.
-void PaintBackground(HWND dialog, HDC dc) {
-  RECT client;
-  GetClientRect(dialog, &client);
-  int height = client.bottom;
-  for (int row = 0; row < height; row += 2) {
-    HBRUSH brush = CreateSolidBrush(CalcBackColour(row, height));
-    RECT band = {0, row, client.right, row + 2};
-    FillRect(dc, &band, brush);
-    DeleteObject(brush);
-  }
-}
-
 INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   bool keepsPlace = GetPropW(dialog, kKeepsPlace) != nullptr;
   if (message == WM_INITDIALOG) {
@@ -101,7 +88,7 @@ INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
       InvalidateRect(dialog, nullptr, TRUE);
       return TRUE;
     case WM_ERASEBKGND:
-      PaintBackground(dialog, reinterpret_cast<HDC>(wParam));
+      PaintCalcBackground(dialog, reinterpret_cast<HDC>(wParam));
       SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
       return TRUE;
     case WM_COMMAND:
@@ -140,6 +127,19 @@ void LayOutToolEdits(HWND dialog) {
     int width = client.right - 2 * rect.left;
     int height = id == IDC_TOOL_INPUT ? rect.bottom - rect.top : client.bottom - rect.top - rect.left;
     MoveWindow(edit, rect.left, rect.top, width > 1 ? width : 1, height > 1 ? height : 1, TRUE);
+  }
+}
+
+// Horizontal bands of the gradient, a few rows each, so that a large window paints quickly.
+void PaintCalcBackground(HWND dialog, HDC dc) {
+  RECT client;
+  GetClientRect(dialog, &client);
+  int height = client.bottom;
+  for (int row = 0; row < height; row += 2) {
+    HBRUSH brush = CreateSolidBrush(CalcBackColour(row, height));
+    RECT band = {0, row, client.right, row + 2};
+    FillRect(dc, &band, brush);
+    DeleteObject(brush);
   }
 }
 

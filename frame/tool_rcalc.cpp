@@ -50,17 +50,6 @@ LRESULT CALLBACK InputProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam
   return CallWindowProcW(g_editProc, edit, message, wParam, lParam);
 }
 
-void PaintBackground(HWND dialog, HDC dc) {
-  RECT client;
-  GetClientRect(dialog, &client);
-  for (int row = 0; row < client.bottom; row += 2) {
-    HBRUSH brush = CreateSolidBrush(CalcBackColour(row, client.bottom));
-    RECT band = {0, row, client.right, row + 2};
-    FillRect(dc, &band, brush);
-    DeleteObject(brush);
-  }
-}
-
 INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   bool keepsPlace = GetPropW(dialog, kKeepsPlace) != nullptr;
   if (message == WM_INITDIALOG) {
@@ -99,7 +88,7 @@ INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM l
       InvalidateRect(dialog, nullptr, TRUE);
       return TRUE;
     case WM_ERASEBKGND:
-      PaintBackground(dialog, reinterpret_cast<HDC>(wParam));
+      PaintCalcBackground(dialog, reinterpret_cast<HDC>(wParam));
       SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
       return TRUE;
     case WM_CTLCOLORSTATIC: {

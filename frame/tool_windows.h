@@ -19,5 +19,7 @@ void ShowBinaryToSource(HWND frame);
 void LayOutToolEdits(HWND dialog);
 // The minimum tracking size in pixels.
 void LimitToolTracking(LPARAM minMaxInfo, int width, int height);
+// The calculators' two-colour background over the whole client area.
+void PaintCalcBackground(HWND dialog, HDC dc);
 // Output text in the internal form (UTF-8) into a control.
 void SetToolOutput(HWND dialog, const char* text);
