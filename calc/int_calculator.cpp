@@ -28,3 +28,21 @@ uint32_t FormatIntCalcOutput(const char* input, char* output, int size) {
   }
   return error;
 }
+
+uint32_t CalcBackColour(int row, int height) {
+  if (height <= 1 || row <= 0) return kCalcBackTop;
+  if (row >= height - 1) return kCalcBackBottom;
+  uint32_t colour = 0;
+  for (int shift = 0; shift < 24; shift += 8) {
+    int from = static_cast<int>((kCalcBackTop >> shift) & 0xFF);
+    int to = static_cast<int>((kCalcBackBottom >> shift) & 0xFF);
+    int64_t part = static_cast<int64_t>(to - from) * row / (height - 1);
+    colour |= static_cast<uint32_t>(from + part) << shift;
+  }
+  return colour;
+}
+
+int CalcCascadeOffset(int open) {
+  if (open <= 0) return 0;
+  return (open % kCalcCascadeSteps) * kCalcCascadeStep;
+}

@@ -36,12 +36,12 @@ const CommandRow kRows[] = {
     // Dialogs and tool windows that come with their own subsystems.
     {27, kCommandUnfinished},  // open with a coding-style conversion
     {39, kCommandUnfinished},  // terminal
-    {46, kCommandUnfinished},
-    {47, kCommandUnfinished},  // calculators
+    {46, kCommandFrame},  // integer calculator
+    {47, kCommandFrame},  // precision calculator
     {29, kCommandUnfinished},
-    {28, kCommandUnfinished},
+    {28, kCommandFrame},  // binary to source
     {25, kCommandUnfinished},
-    {24, kCommandUnfinished},
+    {24, kCommandFrame},  // error lookup
     {23, kCommandUnfinished},
     {9999, kCommandUnfinished},
     {44, kCommandSilent},  // the logo window

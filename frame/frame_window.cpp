@@ -22,6 +22,7 @@
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
 #include "frame/help_window.h"
+#include "frame/tool_windows.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
 #include "frame/project_window.h"
@@ -213,6 +214,18 @@ bool OnFrameCommand(HWND frame, int id) {
       return true;
     case IDM_HELP:
       ShowHelpWindow(frame);
+      return true;
+    case IDM_TOOL_CALC:
+      ShowIntCalculator(frame);
+      return true;
+    case IDM_TOOL_RCALC:
+      ShowRealCalculator(frame);
+      return true;
+    case IDM_TOOL_BIN2SRC:
+      ShowBinaryToSource(frame);
+      return true;
+    case IDM_TOOL_ERRMSG:
+      ShowErrorLookup(frame);
       return true;
     case IDM_SAVE_ALL:
       SaveAll();

@@ -188,3 +188,26 @@
 #define IDD_HELP 11
 #define IDC_HELP_TEXT 100
 #define IDR_HELP_TEXT 1
+
+// The Tools menu's windows: an input edit and an output edit each.
+#define IDD_INT_CALC 160
+#define IDD_ERROR_LOOKUP 161
+#define IDC_TOOL_INPUT 100
+#define IDC_TOOL_OUTPUT 101
+#define IDD_REAL_CALC 162
+#define IDC_CALC_RUNNING 102  // the style pair: running, expression
+#define IDC_CALC_EXPRESSION 103
+#define IDC_CALC_CLEAR 104  // a command only: empties the input
+#define IDD_BIN2SRC 163
+#define IDC_BIN_FILE 100
+#define IDC_BIN_BROWSE 102
+#define IDC_SRC_FILE 103
+#define IDC_SRC_BROWSE 104
+#define IDC_BIN_OPEN_EDITOR 105
+#define IDC_BIN_LINE_LEN 106
+#define IDC_BIN_SKIP 107
+#define IDC_BIN_FORMAT 108
+#define IDC_BIN_TYPE0 109    // ... 111: C, assembler, Java
+#define IDC_BIN_EXP0 112     // ... 114: hexadecimal, signed, unsigned
+#define IDC_BIN_SIZE0 115    // ... 117: 1, 2, 4 bytes
+#define IDC_BIN_ENDIAN0 118  // ... 119: as in the file, swapped

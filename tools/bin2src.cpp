@@ -182,9 +182,15 @@ bool ConvertChunks(FileHandle input, Output& out) {
 
 bool ConvertBin2Src(const Bin2SrcOptions& options, const char* outputPath,
                     const Bin2SrcHost& host) {
-  if (!HasValidIndexes(options) || !IsUsableBin2SrcFormat(options.dataForm) ||
-      options.lineLen > kBin2SrcMaxLineLen) {
-    DebugLog("ConvertBin2Src(): bad options, line length %u\r\n", options.lineLen);
+  if (options.lineLen > kBin2SrcMaxLineLen) {
+    // The user typed it: told, not only logged.
+    char text[kMessageSize];
+    FormatStr(text, sizeof text, Bin2SrcMessage(kMsgLineTooLong), kBin2SrcMaxLineLen);
+    host.showError(host.context, kMsgLineTooLong, text);
+    return false;
+  }
+  if (!HasValidIndexes(options) || !IsUsableBin2SrcFormat(options.dataForm)) {
+    DebugLog("ConvertBin2Src(): bad options\r\n");
     return false;
   }
   FileHandle input = FileOpen(options.binFile, kFileRead, kShareRead, kOpenExisting, 0);

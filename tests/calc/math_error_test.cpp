@@ -90,4 +90,36 @@ TEST_F(CalcIntCalculator, InputIsCutToTheEditsBuffer) {
   EXPECT_EQ(Output(input.substr(0, input.size() - 1) + ")"), "뜬금없는 ')'");
 }
 
+// The background runs channel by channel from the top colour to the bottom one.
+TEST(CalcWindowLook, BackgroundRunsFromTopToBottomColour) {
+  struct Case {
+    int row, height;
+    uint32_t colour;
+  };
+  const Case cases[] = {
+      {0, 100, 0xFADCC8},   {99, 100, 0xDCA178},  {-5, 100, 0xFADCC8}, {500, 100, 0xDCA178},
+      {0, 1, 0xFADCC8},     {0, 0, 0xFADCC8},     {1, 3, 0xEBBFA0},    // halfway, each byte cut toward the top colour
+      {1, 31, 0xF9DBC6},  // 1/30 of the way
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(CalcBackColour(c.row, c.height), c.colour) << c.row << "/" << c.height;
+  }
+  // Every channel moves one way only, so no row is darker than the one below it.
+  for (int row = 1; row < 300; ++row) {
+    uint32_t above = CalcBackColour(row - 1, 300), here = CalcBackColour(row, 300);
+    for (int shift = 0; shift < 24; shift += 8) {
+      EXPECT_GE((above >> shift) & 0xFF, (here >> shift) & 0xFF) << row;
+    }
+  }
+}
+
+TEST(CalcWindowLook, CascadeStepsAndStartsOver) {
+  EXPECT_EQ(CalcCascadeOffset(0), 0);
+  EXPECT_EQ(CalcCascadeOffset(-1), 0);
+  EXPECT_EQ(CalcCascadeOffset(1), kCalcCascadeStep);
+  EXPECT_EQ(CalcCascadeOffset(3), 3 * kCalcCascadeStep);
+  EXPECT_EQ(CalcCascadeOffset(kCalcCascadeSteps), 0);
+  EXPECT_EQ(CalcCascadeOffset(kCalcCascadeSteps + 1), kCalcCascadeStep);
+}
+
 }  // namespace

@@ -177,6 +177,16 @@ TEST_F(Bin2SrcTest, EmptyFilesAndZeroLineLength) {
   EXPECT_EQ(Convert("abc"), kEmptyC);
 }
 
+TEST_F(Bin2SrcTest, ALineLengthBeyondTheLimitIsToldToTheUser) {
+  Set(kBin2SrcC, kBin2SrcHex, 0, kBin2SrcMaxLineLen + 1);
+  snprintf(options_.binFile, sizeof options_.binFile, "%s", input_.c_str());
+  WriteFile(input_, "A");
+  EXPECT_FALSE(ConvertBin2Src(options_, output_.c_str(), recorder_.Host()));
+  ASSERT_EQ(recorder_.shown.size(), 1u);
+  EXPECT_EQ(recorder_.shown[0].first, 172);
+  EXPECT_EQ(recorder_.shown[0].second, "한 줄 바이트 수는 1048576 이하여야 합니다.");
+}
+
 TEST_F(Bin2SrcTest, SkipCountIsACIntegerAndANegativeOneIsRefusedBySeek) {
   std::string bytes;
   for (int i = 0; i < 20; ++i)

@@ -1,0 +1,25 @@
+// The Tools menu's modeless windows. Each registers itself in the modeless dialog table, so the
+// message loop gives it its keys first, and leaves the table when it closes.
+#pragma once
+#include <windows.h>
+
+// Command 46: a further integer calculator, cascaded from the ones already open, with the active
+// editor's selection evaluated at once.
+void ShowIntCalculator(HWND frame);
+// Command 24: the one error lookup window, brought to the front when it is open.
+void ShowErrorLookup(HWND frame);
+// Command 47: a further precision calculator, cascaded, in the style last chosen.
+void ShowRealCalculator(HWND frame);
+// Command 28: the binary-to-source dialog (modal); the written file opens in an editor when the
+// dialog's check box says so.
+void ShowBinaryToSource(HWND frame);
+
+// Shared by the tool windows: the input edit across the top and the output edit filling the rest
+// of the client area, with the template's margins.
+void LayOutToolEdits(HWND dialog);
+// The minimum tracking size in pixels.
+void LimitToolTracking(LPARAM minMaxInfo, int width, int height);
+// The calculators' two-colour background over the whole client area.
+void PaintCalcBackground(HWND dialog, HDC dc);
+// Output text in the internal form (UTF-8) into a control.
+void SetToolOutput(HWND dialog, const char* text);
