@@ -46,8 +46,8 @@ void ShowOptions(HWND dialog, const Bin2SrcOptions& options) {
 }
 
 void ReadOptions(HWND dialog, Bin2SrcOptions* options) {
-  GetControlText(dialog, IDC_BIN_FILE, options->binFile, kBin2SrcPathSize, true);
-  GetControlText(dialog, IDC_SRC_FILE, options->saveFile, kBin2SrcPathSize, true);
+  GetControlText(dialog, IDC_BIN_FILE, options->binFile, kPathSize, true);
+  GetControlText(dialog, IDC_SRC_FILE, options->saveFile, kPathSize, true);
   options->type = CheckedRadio(dialog, IDC_BIN_TYPE0, IDC_BIN_TYPE0 + 2);
   options->dataExp = CheckedRadio(dialog, IDC_BIN_EXP0, IDC_BIN_EXP0 + 2);
   options->dataSize = CheckedRadio(dialog, IDC_BIN_SIZE0, IDC_BIN_SIZE0 + 2);
@@ -69,7 +69,7 @@ bool AskBin2SrcYesNo(void* context, int, const char* text) {
 }
 
 void Browse(HWND dialog, bool forBinary) {
-  char path[kBin2SrcPathSize];
+  char path[kPathSize];
   GetControlText(dialog, forBinary ? IDC_BIN_FILE : IDC_SRC_FILE, path, sizeof path, true);
   static const char kAllFiles[] = "All Files (*.*)\0*.*\0";
   if (forBinary) {

@@ -21,7 +21,6 @@ constexpr int kOwnerCalcSelection = 1012;  // the active editor's selection, col
 int g_openIntCalcs = 0;
 
 // The first calculator of a cascade keeps its place in the settings; the others are offsets.
-constexpr wchar_t kKeepsPlace[] = L"QuillCalcKeepsPlace";
 
 // The active editor's selection, cut to what the input takes.
 void TakeSelection(HWND dialog) {
@@ -58,22 +57,9 @@ void Evaluate(HWND dialog) {
 }
 
 INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-  bool keepsPlace = GetPropW(dialog, kKeepsPlace) != nullptr;
-  if (message == WM_INITDIALOG) {
-    keepsPlace = g_openIntCalcs == 0;
-    if (keepsPlace) SetPropW(dialog, kKeepsPlace, reinterpret_cast<HANDLE>(1));
-  }
-  PlaceDialog(dialog, message, true, keepsPlace);
+  PlaceCascaded(dialog, message, &g_openIntCalcs);
   switch (message) {
     case WM_INITDIALOG: {
-      int offset = CalcCascadeOffset(g_openIntCalcs);
-      ++g_openIntCalcs;
-      if (offset) {
-        RECT rect;
-        GetWindowRect(dialog, &rect);
-        SetWindowPos(dialog, nullptr, rect.left + offset, rect.top + offset, 0, 0,
-                     SWP_NOZORDER | SWP_NOSIZE | SWP_NOACTIVATE);
-      }
       LayOutToolEdits(dialog);
       SendDlgItemMessageW(dialog, IDC_TOOL_INPUT, EM_LIMITTEXT, kIntCalcInputSize - 1, 0);
       TakeSelection(dialog);
@@ -105,9 +91,7 @@ INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
       }
       break;
     case WM_DESTROY:
-      RemovePropW(dialog, kKeepsPlace);
       RemoveModelessDialog(dialog);
-      if (g_openIntCalcs > 0) --g_openIntCalcs;
       return TRUE;
   }
   return FALSE;
@@ -131,6 +115,28 @@ void LayOutToolEdits(HWND dialog) {
 }
 
 // Horizontal bands of the gradient, a few rows each, so that a large window paints quickly.
+void PlaceCascaded(HWND dialog, UINT message, int* open) {
+  static constexpr wchar_t kKeepsPlace[] = L"QuillCascadeKeepsPlace";
+  bool keepsPlace = GetPropW(dialog, kKeepsPlace) != nullptr;
+  if (message == WM_INITDIALOG) {
+    keepsPlace = *open == 0;
+    if (keepsPlace) SetPropW(dialog, kKeepsPlace, reinterpret_cast<HANDLE>(1));
+  }
+  PlaceDialog(dialog, message, true, keepsPlace);
+  if (message == WM_INITDIALOG) {
+    int offset = CalcCascadeOffset((*open)++);
+    if (offset) {
+      RECT rect;
+      GetWindowRect(dialog, &rect);
+      SetWindowPos(dialog, nullptr, rect.left + offset, rect.top + offset, 0, 0,
+                   SWP_NOZORDER | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+  } else if (message == WM_DESTROY) {
+    RemovePropW(dialog, kKeepsPlace);
+    if (*open > 0) --*open;
+  }
+}
+
 void PaintCalcBackground(HWND dialog, HDC dc) {
   RECT client;
   GetClientRect(dialog, &client);

@@ -17,7 +17,6 @@ WNDPROC g_editProc = nullptr;  // every input edit has the same class procedure
 
 // What each window remembers: whether it keeps its place (the first of a cascade) and the style
 // it opened with, so that Cancel writes the setting only when it changed.
-constexpr wchar_t kKeepsPlace[] = L"QuillRealCalcKeepsPlace";
 constexpr wchar_t kOpenedStyle[] = L"QuillRealCalcStyle";
 
 int CheckedStyle(HWND dialog) {
@@ -51,22 +50,9 @@ LRESULT CALLBACK InputProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam
 }
 
 INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-  bool keepsPlace = GetPropW(dialog, kKeepsPlace) != nullptr;
-  if (message == WM_INITDIALOG) {
-    keepsPlace = g_openRealCalcs == 0;
-    if (keepsPlace) SetPropW(dialog, kKeepsPlace, reinterpret_cast<HANDLE>(1));
-  }
-  PlaceDialog(dialog, message, true, keepsPlace);
+  PlaceCascaded(dialog, message, &g_openRealCalcs);
   switch (message) {
     case WM_INITDIALOG: {
-      int offset = CalcCascadeOffset(g_openRealCalcs);
-      ++g_openRealCalcs;
-      if (offset) {
-        RECT rect;
-        GetWindowRect(dialog, &rect);
-        SetWindowPos(dialog, nullptr, rect.left + offset, rect.top + offset, 0, 0,
-                     SWP_NOZORDER | SWP_NOSIZE | SWP_NOACTIVATE);
-      }
       int style = ReadInt(kConfigSection, kStyleKey, 0) == 0 ? 0 : 1;
       SetPropW(dialog, kOpenedStyle, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(style + 1)));
       CheckRadioButton(dialog, IDC_CALC_RUNNING, IDC_CALC_EXPRESSION,
@@ -122,10 +108,8 @@ INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM l
       }
       break;
     case WM_DESTROY:
-      RemovePropW(dialog, kKeepsPlace);
       RemovePropW(dialog, kOpenedStyle);
       RemoveModelessDialog(dialog);
-      if (g_openRealCalcs > 0) --g_openRealCalcs;
       return TRUE;
   }
   return FALSE;

@@ -19,6 +19,10 @@ void ShowBinaryToSource(HWND frame);
 void LayOutToolEdits(HWND dialog);
 // The minimum tracking size in pixels.
 void LimitToolTracking(LPARAM minMaxInfo, int width, int height);
+// A calculator of a cascade, for every message before the window's own handling: the first one
+// open keeps its place in "DlgPos", each further one stands a step right and down from where
+// that place puts it. `open` counts the open windows of the kind; WM_DESTROY counts one off.
+void PlaceCascaded(HWND dialog, UINT message, int* open);
 // The calculators' two-colour background over the whole client area.
 void PaintCalcBackground(HWND dialog, HDC dc);
 // Output text in the internal form (UTF-8) into a control.
