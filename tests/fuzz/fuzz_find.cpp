@@ -120,6 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::vector<std::u16string> original = Snapshot(document);
 
   SearchRequest request = {};
+  request.direction = 1;  // downward first
   request.caseSensitive = rules.caseSensitive;
   request.wholeWord = rules.wholeWord;
   request.origin = 1;
@@ -140,6 +141,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
   }
   if (FindNext(&view, &request, false)) __builtin_trap();
+
+  // Upward from the end: every stop lies before the one before it, and the walk comes to an end.
+  request.direction = 0;
+  request.origin = 1;
+  int lastLine = 1 << 30, lastColumn = 1 << 30, steps = 0;
+  while (FindNext(&view, &request, false)) {
+    request.origin = 0;
+    if (view.caretLine > lastLine ||
+        (view.caretLine == lastLine && view.selStartColumn >= lastColumn) || ++steps > 100000)
+      __builtin_trap();
+    lastLine = view.caretLine;
+    lastColumn = view.selStartColumn;
+  }
+  request.direction = 1;
 
   // Replace all from the top, then undo and redo the whole run.
   std::vector<std::u16string> expected;
