@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "foundation/os_path.h"
 #include "foundation/formatter.h"
+#include "foundation/os_path.h"
 
 namespace {
 

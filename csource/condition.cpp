@@ -8,8 +8,8 @@
 #include "csource/macro_expand.h"
 #include "csource/symbol_table.h"
 #include "csource/syntax_error.h"
-#include "foundation/text_builder.h"
 #include "foundation/diagnostics.h"
+#include "foundation/text_builder.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include "csource/parse_source.h"
 #include "csource/source_path.h"
 #include "csource/syntax_error.h"
-#include "foundation/text_builder.h"
 #include "foundation/fileutil.h"
 #include "foundation/memory.h"
+#include "foundation/text_builder.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <cstring>
 
 #include "editor/undo_record.h"
-#include "foundation/os_path.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
+#include "foundation/os_path.h"
 
 namespace {
 

@@ -35,7 +35,7 @@ struct EditDocument {
   UndoRecord* redoList;
   uint32_t savedVersion;  // the undo version of the text on disk (0: before any edit)
   uint32_t undoGroup;     // nonzero while one command's records are being made
-  uint32_t fileStamp;  // 0xFFFFFFFF when the file is missing
+  uint32_t fileStamp;     // 0xFFFFFFFF when the file is missing
   TerminalSession* terminal;
   char path[kPathSize];        // internal form
   char sourcePath[kPathSize];  // read from here instead of path when not empty

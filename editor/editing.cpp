@@ -14,7 +14,6 @@ namespace {
 constexpr unsigned kDoubleTabMs = 400;
 constexpr int kTabKeyWidth = 4;
 
-
 // A caret left inside a wide character (a shift or a column block moved the text under it)
 // stands at that character's first column before an edit, so that the edit is recorded where it
 // happens.

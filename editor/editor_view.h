@@ -9,9 +9,9 @@ struct EditorView {
   int leftMargin;
   int firstColumn;  // first visible column
   int firstLine;    // first visible line
-  int textWidth;   // pixels, for the window
+  int textWidth;    // pixels, for the window
   int textHeight;
-  int pageLines;    // the text area in whole cells (SetViewPage)
+  int pageLines;  // the text area in whole cells (SetViewPage)
   int pageColumns;
   int caretColumn;  // a display column, not a unit index
   int caretLine;

@@ -73,7 +73,6 @@ bool ReplaceAt(ReplaceRun* run, int line, int index, int length) {
   return true;
 }
 
-
 }  // namespace
 
 void ProposeFindText(const EditorView* view, SearchRequest* request) {
@@ -124,7 +123,8 @@ int LastMatchBefore(const LineRecord* record, int before, const char16_t* patter
                     MatchRules rules) {
   int last = -1;
   for (int from = 0; from < before;) {
-    int at = MatchInLine(record->text, record->length, from, record->length, pattern, length, rules);
+    int at =
+        MatchInLine(record->text, record->length, from, record->length, pattern, length, rules);
     if (at < 0 || at >= before) break;
     last = at;
     from = at + 1;

@@ -361,8 +361,7 @@ void ShiftLines(EditDocument* document, int first, int last, int amount, int16_t
   }
 }
 
-void ShiftLinesBy(EditDocument* document, int first, const int16_t* amounts, int count,
-                  int sign) {
+void ShiftLinesBy(EditDocument* document, int first, const int16_t* amounts, int count, int sign) {
   for (int i = 0; i < count && first + i < document->lineCount; ++i)
     if (amounts[i]) ShiftLine(document, first + i, sign * amounts[i]);
 }

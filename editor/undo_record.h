@@ -35,12 +35,12 @@ struct UndoRecord {
   BookmarkPosition bookmarkSnapshot[kBookmarkCount];
   int32_t textCapacity;
   int32_t positionCapacity;
-  uint32_t version;  // the text this record leads to; a new number whenever the record grows
-  uint32_t group;    // records of one command share a nonzero group and are undone together
-  uint8_t closed;    // nothing more merges into it
-  int32_t oldLineCount;  // kind 10: the document's line count before the fill; kind 11: how
-                         // many lines the old text holds
-  int32_t newLineCount;  // kind 11: how many lines the new text holds
+  uint32_t version;       // the text this record leads to; a new number whenever the record grows
+  uint32_t group;         // records of one command share a nonzero group and are undone together
+  uint8_t closed;         // nothing more merges into it
+  int32_t oldLineCount;   // kind 10: the document's line count before the fill; kind 11: how
+                          // many lines the old text holds
+  int32_t newLineCount;   // kind 11: how many lines the new text holds
   int32_t oldTextLength;  // kind 11: the old lines come first in text, then the new ones
 };
 

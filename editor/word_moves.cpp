@@ -36,7 +36,6 @@ bool RunAround(const LineRecord* line, int index, bool (*member)(char16_t), int*
   return true;
 }
 
-
 // The caret as a unit index, a caret behind the end of its line taken as standing at the end.
 int CaretIndex(const EditDocument* document, TextPosition at) {
   return UnitIndexAtColumn(DocumentLine(document, at.line), at.column);

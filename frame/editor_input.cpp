@@ -267,15 +267,30 @@ void EditorHorizontalScroll(EditorWindow* editor, int request) {
   EditorView* view = &editor->view;
   int first = view->firstColumn;
   switch (LOWORD(request)) {
-    case SB_LINELEFT: --first; break;
-    case SB_LINERIGHT: ++first; break;
-    case SB_PAGELEFT: first -= view->pageColumns; break;
-    case SB_PAGERIGHT: first += view->pageColumns; break;
-    case SB_LEFT: first = 0; break;
-    case SB_RIGHT: first = ViewColumnExtent(view, editor->widestColumns) - view->pageColumns; break;
+    case SB_LINELEFT:
+      --first;
+      break;
+    case SB_LINERIGHT:
+      ++first;
+      break;
+    case SB_PAGELEFT:
+      first -= view->pageColumns;
+      break;
+    case SB_PAGERIGHT:
+      first += view->pageColumns;
+      break;
+    case SB_LEFT:
+      first = 0;
+      break;
+    case SB_RIGHT:
+      first = ViewColumnExtent(view, editor->widestColumns) - view->pageColumns;
+      break;
     case SB_THUMBTRACK:
-    case SB_THUMBPOSITION: first = HIWORD(request); break;
-    default: return;
+    case SB_THUMBPOSITION:
+      first = HIWORD(request);
+      break;
+    default:
+      return;
   }
   if (!ScrollViewToColumn(view, first)) return;
   // The caret may leave the view sideways; the next key brings the view back to it.

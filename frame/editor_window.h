@@ -17,7 +17,7 @@ struct EditorWindow {
   ColourRuns* runs;
   bool checkPending;  // command 112 is posted and not answered yet
   bool hasFocus;
-  bool dragging;  // the mouse is captured by a left-button drag
+  bool dragging;       // the mouse is captured by a left-button drag
   int shownFirstLine;  // where the window last scrolled to
   int shownFirstColumn;
   int widestColumns;   // the widest line seen, for the horizontal scroll bar

@@ -138,8 +138,7 @@ constexpr EditorHost kWindowEditorHost = {
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
 constexpr CommandHost kWindowCommandHost = {
-    nullptr, SearchDialog, AskLineNumber, AskOtherFormat,
-    OpenFile, nullptr,     nullptr,       nullptr,
+    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile, nullptr, nullptr, nullptr,
 };
 
 }  // namespace

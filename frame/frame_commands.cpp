@@ -36,8 +36,8 @@ const CommandRow kRows[] = {
     // Dialogs and tool windows that come with their own subsystems.
     {27, kCommandUnfinished},  // open with a coding-style conversion
     {39, kCommandUnfinished},  // terminal
-    {46, kCommandFrame},  // integer calculator
-    {47, kCommandFrame},  // precision calculator
+    {46, kCommandFrame},       // integer calculator
+    {47, kCommandFrame},       // precision calculator
     {29, kCommandUnfinished},
     {28, kCommandFrame},  // binary to source
     {25, kCommandUnfinished},

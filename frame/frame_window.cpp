@@ -22,11 +22,11 @@
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
 #include "frame/help_window.h"
-#include "frame/tool_windows.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
 #include "frame/project_window.h"
 #include "frame/session_layout.h"
+#include "frame/tool_windows.h"
 #include "resources/resource.h"
 
 const wchar_t kFrameClassName[] = L"QuillMainWndClsName";

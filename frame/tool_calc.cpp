@@ -109,7 +109,8 @@ void LayOutToolEdits(HWND dialog) {
     GetWindowRect(edit, &rect);
     MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&rect), 2);
     int width = client.right - 2 * rect.left;
-    int height = id == IDC_TOOL_INPUT ? rect.bottom - rect.top : client.bottom - rect.top - rect.left;
+    int height =
+        id == IDC_TOOL_INPUT ? rect.bottom - rect.top : client.bottom - rect.top - rect.left;
     MoveWindow(edit, rect.left, rect.top, width > 1 ? width : 1, height > 1 ? height : 1, TRUE);
   }
 }

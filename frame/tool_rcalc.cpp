@@ -99,7 +99,8 @@ INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM l
           if (HIWORD(wParam) == EN_CHANGE) Evaluate(dialog);
           return TRUE;
         case IDCANCEL: {
-          int opened = static_cast<int>(reinterpret_cast<INT_PTR>(GetPropW(dialog, kOpenedStyle))) - 1;
+          int opened =
+              static_cast<int>(reinterpret_cast<INT_PTR>(GetPropW(dialog, kOpenedStyle))) - 1;
           int style = CheckedStyle(dialog);
           if (style != opened) WriteNums(kConfigSection, kStyleKey, style);
           DestroyWindow(dialog);
@@ -118,8 +119,8 @@ INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM l
 }  // namespace
 
 void ShowRealCalculator(HWND frame) {
-  HWND dialog = CreateDialogParamW(g_frame.instance, MAKEINTRESOURCEW(IDD_REAL_CALC), frame,
-                                   RealCalcProc, 0);
+  HWND dialog =
+      CreateDialogParamW(g_frame.instance, MAKEINTRESOURCEW(IDD_REAL_CALC), frame, RealCalcProc, 0);
   if (!dialog) return;
   if (!RegisterModelessDialog(dialog)) {
     DestroyWindow(dialog);

@@ -89,10 +89,10 @@ int ProjectFileImage(const char* path) {
     int image;
   };
   static constexpr Kind kKinds[] = {
-      {"c", kImageC},        {"cpp", kImageCpp},      {"cxx", kImageCpp},  {"cc", kImageCpp},
-      {"h", kImageHeader},   {"hpp", kImageHeader},   {"rh", kImageHeader}, {"asm", kImageAsm},
-      {"inc", kImageAsm},    {"rc", kImageResource},  {"ico", kImageResource},
-      {"bmp", kImageResource}};
+      {"c", kImageC},         {"cpp", kImageCpp},      {"cxx", kImageCpp},
+      {"cc", kImageCpp},      {"h", kImageHeader},     {"hpp", kImageHeader},
+      {"rh", kImageHeader},   {"asm", kImageAsm},      {"inc", kImageAsm},
+      {"rc", kImageResource}, {"ico", kImageResource}, {"bmp", kImageResource}};
   for (const Kind& kind : kKinds) {
     if (SameNoCase(extension, kind.extension)) return kind.image;
   }

@@ -1,7 +1,7 @@
 // Resource and control numbers shared by the resource script and the code.
 #pragma once
 
-#define IDR_QUILL 1  // icon, menu and accelerator table
+#define IDR_QUILL 1     // icon, menu and accelerator table
 #define IDI_DOCUMENT 2  // the document windows' icon
 
 // The build commands' pictures on the menu bar.

@@ -97,9 +97,10 @@ TEST(CalcWindowLook, BackgroundRunsFromTopToBottomColour) {
     uint32_t colour;
   };
   const Case cases[] = {
-      {0, 100, 0xFADCC8},   {99, 100, 0xDCA178},  {-5, 100, 0xFADCC8}, {500, 100, 0xDCA178},
-      {0, 1, 0xFADCC8},     {0, 0, 0xFADCC8},     {1, 3, 0xEBBFA0},    // halfway, each byte cut toward the top colour
-      {1, 31, 0xF9DBC6},  // 1/30 of the way
+      {0, 100, 0xFADCC8}, {99, 100, 0xDCA178}, {-5, 100, 0xFADCC8}, {500, 100, 0xDCA178},
+      {0, 1, 0xFADCC8},   {0, 0, 0xFADCC8},    {1, 3, 0xEBBFA0},  // halfway, each byte cut toward
+                                                                  // the top colour
+      {1, 31, 0xF9DBC6},                                          // 1/30 of the way
   };
   for (const Case& c : cases) {
     EXPECT_EQ(CalcBackColour(c.row, c.height), c.colour) << c.row << "/" << c.height;

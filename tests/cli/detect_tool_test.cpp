@@ -32,7 +32,8 @@ TEST(DetectTool, NamesTheEncodingAndTheMark) {
   EXPECT_EQ(Detect(DataPath("source_johab.c") + "' '" + DataPath("source_euckr.c"), &status),
             "JOHAP\nEUCKR\n");
   EXPECT_EQ(status, 0);
-  std::string missing = DataPath("source_utf8.c") + "' '/nonexistent' '" + DataPath("source_euckr.c");
+  std::string missing =
+      DataPath("source_utf8.c") + "' '/nonexistent' '" + DataPath("source_euckr.c");
   EXPECT_EQ(Detect(missing, &status), "UTF8\n");
   EXPECT_EQ(status, 1);
 }

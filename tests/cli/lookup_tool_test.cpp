@@ -57,7 +57,8 @@ TEST_F(LookupTool, ShowsMessagesThenTheDefinition) {
             "[Original Sentence]\r\n(100 + 10)\r\n\r\n[Result]\r\n=110\r\n\r\n");
   run = Tool("lookup -I " + folder_ + "/inc -D LEFT=5 " + folder_ + "/x.c LEFT");
   EXPECT_EQ(run.out, "[MAKEFILE]\r\n#define LEFT 5\r\n\r\n[Result]\r\n=5\r\n\r\n");
-  EXPECT_EQ(Tool("lookup " + folder_ + "/x.c main").out, "'defs.h' not Found\r\n[x.c #5]\r\nint main(void);\r\n\r\n");
+  EXPECT_EQ(Tool("lookup " + folder_ + "/x.c main").out,
+            "'defs.h' not Found\r\n[x.c #5]\r\nint main(void);\r\n\r\n");
 }
 
 TEST_F(LookupTool, UsageAndMissingFiles) {
@@ -71,15 +72,18 @@ TEST(LookupWindowsHeaders, FindsTheirDefinitions) {
   const std::string headers = "/usr/share/mingw-w64/include";
   if (!std::filesystem::exists(headers + "/windows.h")) GTEST_SKIP() << "no MinGW-w64 headers";
   // A name of this run's own: test runs of several checkouts share the temporary folder.
-  std::string source =
-      testing::TempDir() + "quill_lookup_windows_" +
-      std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".c";
+  std::string source = testing::TempDir() + "quill_lookup_windows_" +
+                       std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) +
+                       ".c";
   std::ofstream(source) << "#include <windows.h>\nint main(void) { return 0; }\n";
-  auto lookup = [&](const char* word) { return Tool("lookup -I " + headers + " " + source + " " + word); };
+  auto lookup = [&](const char* word) {
+    return Tool("lookup -I " + headers + " " + source + " " + word);
+  };
   ToolRun run = lookup("CreateWindowExW");
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.out.find("\r\ncallconv CreateWindowExW(DWORD dwExStyle,LPCWSTR lpClassName,"),
-            std::string::npos) << run.out;
+            std::string::npos)
+      << run.out;
   EXPECT_NE(lookup("RECT").out.find("typedef struct tagRECT RECT;\r\n\r\n[windef.h #"),
             std::string::npos);
   EXPECT_NE(lookup("WM_CREATE").out.find("#define WM_CREATE 0x0001\r\n\r\n[Result]\r\n=1\r\n"),

@@ -1,8 +1,8 @@
 // quill-tool make from the outside: the files it writes for each mode, and its failures.
 #include <gtest/gtest.h>
 
-#include "tests/support/tool_run.h"
 #include <sys/wait.h>
+#include "tests/support/tool_run.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -108,7 +108,8 @@ TEST_F(MakeTool, FailuresSayWhyAndWriteNothing) {
   std::ofstream(In("bad.prj"), std::ios::binary) << "[Head]\r\nInfo=Some Other File 1.00\r\n";
   run = ToolMerged("make " + In("bad.prj") + " con");
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.out, "quill-tool: '" + In("bad.prj") + "'\n파일은 Quill 프로젝트 형식이 아닙니다.\n");
+  EXPECT_EQ(run.out,
+            "quill-tool: '" + In("bad.prj") + "'\n파일은 Quill 프로젝트 형식이 아닙니다.\n");
   EXPECT_EQ(ToolMerged("make " + In("none.prj") + " con").out,
             "quill-tool: '" + In("none.prj") + "' 파일이 열리지 않습니다.\n");
   std::filesystem::create_directories(In("con.exe/busy"));

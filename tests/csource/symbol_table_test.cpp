@@ -18,14 +18,17 @@ TEST_F(SymbolTableTest, OneNamespaceSortedAndGrowingInSteps) {
   EXPECT_EQ(table.count, 1500);
   EXPECT_EQ(table.capacity % 4096, 0);
   for (int i = 1; i < table.count; ++i)
-    EXPECT_LT(CompareSymbolName(table.records[i - 1]->name, static_cast<int>(strlen(table.records[i - 1]->name)), table.records[i]->name), 0);
+    EXPECT_LT(CompareSymbolName(table.records[i - 1]->name,
+                                static_cast<int>(strlen(table.records[i - 1]->name)),
+                                table.records[i]->name),
+              0);
   FreeSymbolTable(&table);
   table = {0, 0, nullptr};
 
   // The system's order, the same on every build: underscore before digits before letters,
   // letters alike in either case, lower case first only between names alike but for case.
-  const std::vector<std::string> sorted = {"_", "_Z", "0x", "9", "a", "A", "a_b", "a1", "ab",
-                                           "aB", "Ab", "AB", "abc", "B", "z", "Z"};
+  const std::vector<std::string> sorted = {"_",  "_Z", "0x", "9",  "a",   "A", "a_b", "a1",
+                                           "ab", "aB", "Ab", "AB", "abc", "B", "z",   "Z"};
   for (size_t i = 0; i < sorted.size(); ++i)
     AddSymbol(&table, kSymbolVariable, "a.c", 1, sorted[(i * 7) % sorted.size()].c_str(), "", "");
   std::vector<std::string> order;
@@ -37,7 +40,8 @@ TEST_F(SymbolTableTest, OneNamespaceSortedAndGrowingInSteps) {
   for (const std::string& name : names)
     ASSERT_TRUE(AddSymbol(&table, kSymbolVariable, "a.c", 1, name.c_str(), "", "int"));
 
-  // A new record replaces the old one whatever its kind; a kind-specific look-up sees only its kind.
+  // A new record replaces the old one whatever its kind; a kind-specific look-up sees only its
+  // kind.
   ASSERT_TRUE(AddSymbol(&table, kSymbolMacro, "b.c", 9, "N42", "a,b", "a+b"));
   EXPECT_EQ(table.count, 1500);
   EXPECT_EQ(FindSymbol(&table, "N42", -1, kSymbolVariable), nullptr);
@@ -56,7 +60,8 @@ TEST_F(SymbolTableTest, OneNamespaceSortedAndGrowingInSteps) {
 }
 
 TEST_F(SymbolTableTest, KindNames) {
-  const char* expected[] = {"typedef", "function", "struct", "union", "enum", "#define", "callconv", "var"};
+  const char* expected[] = {"typedef", "function", "struct",   "union",
+                            "enum",    "#define",  "callconv", "var"};
   for (uint32_t kind = 0; kind < 8; ++kind)
     EXPECT_STREQ(SymbolKindName(kind), expected[kind]);
   EXPECT_STREQ(SymbolKindName(8), "");

@@ -626,7 +626,8 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   foreground();
   question = Dialog(scenario, L"", L"changed-under-edits");
   ASSERT_NE(question, nullptr);
-  EXPECT_NE(BoxText(question).find(L"저장하지 않은 수정 내용이 모두 사라집니다"), std::wstring::npos);
+  EXPECT_NE(BoxText(question).find(L"저장하지 않은 수정 내용이 모두 사라집니다"),
+            std::wstring::npos);
   Press(VK_RETURN);  // Cancel
   EXPECT_TRUE(WaitUntilGone(question));
   ASSERT_TRUE(scenario.Focus());

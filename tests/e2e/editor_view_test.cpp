@@ -255,8 +255,8 @@ namespace {
 TEST(EditorView, AFailedOpenLeavesAnEmptyDocument) {
   std::wstring exe = PrepareFreshCopy(L"editor-view-failed-open");
   std::wstring folder = FolderOf(exe);
-  WriteBytes(folder + L"binary.dat", std::string("\x01\x02\x00\x00\x03\x04\x00\x00\x05", 9) +
-                                         std::string(200, '\0'));
+  WriteBytes(folder + L"binary.dat",
+             std::string("\x01\x02\x00\x00\x03\x04\x00\x00\x05", 9) + std::string(200, '\0'));
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe));
   ASSERT_TRUE(quill.DropFiles({folder + L"binary.dat"}, POINT{200, 200}));
@@ -278,7 +278,9 @@ TEST(EditorView, AFailedOpenLeavesAnEmptyDocument) {
 TEST(EditorView, OverwriteTypingWideLinesAndResizing) {
   std::wstring exe = PrepareFreshCopy(L"editor-view-overwrite");
   std::wstring path = FolderOf(exe) + L"wide.txt";
-  WriteBytes(path, std::string(100, 'x') + "\r\nab\xB0\xA1" "cd\r\n");  // 가 in EUC-KR
+  WriteBytes(path, std::string(100, 'x') +
+                       "\r\nab\xB0\xA1"
+                       "cd\r\n");  // 가 in EUC-KR
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe, L"\"" + path + L"\""));
   Settle();
@@ -302,7 +304,9 @@ TEST(EditorView, OverwriteTypingWideLinesAndResizing) {
   Settle();
   PostMessageW(quill.Frame(), WM_COMMAND, 82, 0);
   Settle();
-  EXPECT_EQ(ReadBytes(path), std::string(100, 'x') + "\r\naX\xB0\xA1" "cd\r\n");
+  EXPECT_EQ(ReadBytes(path), std::string(100, 'x') +
+                                 "\r\naX\xB0\xA1"
+                                 "cd\r\n");
   Press(VK_INSERT);
   Settle();
   EXPECT_EQ(quill.StatusText(3).find(L"\xACB9\xCCD0\xC4F0\xAE30"), std::wstring::npos);

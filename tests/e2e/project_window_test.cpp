@@ -209,8 +209,8 @@ void Drag(HWND tree, int from, int to) {
   MouseTo(start);
   MouseButton(MOUSEEVENTF_LEFTDOWN);
   for (int step = 1; step <= 8; ++step)
-    MouseTo(POINT{start.x + 4 + (end.x - start.x) * step / 8,
-                  start.y + (end.y - start.y) * step / 8});
+    MouseTo(
+        POINT{start.x + 4 + (end.x - start.x) * step / 8, start.y + (end.y - start.y) * step / 8});
   MouseButton(MOUSEEVENTF_LEFTUP);
   Settle();
 }
@@ -264,7 +264,8 @@ TEST(ProjectWindow, NewProjectTargetBuildRunAndDrag) {
   EXPECT_EQ(WindowText(project), work + L"my app.prj");
   HWND tree = Tree(project);
   EXPECT_EQ(SendMessageW(tree, TVM_GETCOUNT, 0, 0), 2);
-  EXPECT_EQ(ReadBytes(work + L"CONSOLE.CPP"), ReadBytes(ProgramFolder() + L"TEMPLATE\\CONSOLE.CPP"));
+  EXPECT_EQ(ReadBytes(work + L"CONSOLE.CPP"),
+            ReadBytes(ProgramFolder() + L"TEMPLATE\\CONSOLE.CPP"));
   HWND editor = nullptr;
   for (HWND child : Children(quill)) {
     if (WindowText(child) == work + L"CONSOLE.CPP") editor = child;
@@ -294,8 +295,9 @@ TEST(ProjectWindow, NewProjectTargetBuildRunAndDrag) {
     Sleep(100);
   log = ReadBytes(work + L"NMAKE.LOG");
   EXPECT_NE(log.find("RUN|"), std::string::npos) << log;
-  EXPECT_NE(ReadBytes(work + L"C.BAT").find("If not exist \"con app.exe\" goto Exit\r\nCls\r\n"
-                                            "\"con app.exe\"\r\n"),
+  EXPECT_NE(ReadBytes(work + L"C.BAT")
+                .find("If not exist \"con app.exe\" goto Exit\r\nCls\r\n"
+                      "\"con app.exe\"\r\n"),
             std::string::npos);
 
   // A second target, a static library: no template.

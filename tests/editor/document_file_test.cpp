@@ -55,7 +55,10 @@ TEST_F(DocumentFile, JohabIsReadAndWrittenBackAsEucKr) {
 }
 
 TEST_F(DocumentFile, Utf16WithMarkAndUtf8WithMarkComeBackAsTheyWere) {
-  std::string utf16("\xFF\xFE" "a\0\r\0\n\0\x00\xAC\r\0\n\0", 14);
+  std::string utf16(
+      "\xFF\xFE"
+      "a\0\r\0\n\0\x00\xAC\r\0\n\0",
+      14);
   ASSERT_TRUE(Load(utf16));
   EXPECT_EQ(document->encoding, UTF16);
   EXPECT_EQ(document->hasBom, 1);
@@ -133,7 +136,8 @@ TEST_F(DocumentFile, AnUncheckedBoxOrNoAnswerForgetsTheWidthAfterLoading) {
 TEST_F(DocumentFile, CompressionLeavesLiteralsAndSingleSpacesAlone) {
   char16_t out[64];
   auto compress = [&](const std::u16string& in, int tab) {
-    return Utf8(std::u16string(out, static_cast<size_t>(CompressTabs(in.data(), static_cast<int>(in.size()), tab, out))));
+    return Utf8(std::u16string(
+        out, static_cast<size_t>(CompressTabs(in.data(), static_cast<int>(in.size()), tab, out))));
   };
   EXPECT_EQ(compress(u"        x", 4), "\t\tx");
   EXPECT_EQ(compress(u"abc x", 4), "abc x");  // one space before the stop stays
@@ -242,14 +246,22 @@ TEST_F(DocumentFile, EveryEncodingWritesItsOwnBytesAndLineEnds) {
   document->untitled = 0;
   snprintf(document->path, sizeof document->path, "%s", In("out.txt").c_str());
   document->encoding = UTF8;
-  EXPECT_EQ(Save(), "\xEA\xB0\x80" "a\r\n\r\n");
+  EXPECT_EQ(Save(),
+            "\xEA\xB0\x80"
+            "a\r\n\r\n");
   document->encoding = EUCKR;
-  EXPECT_EQ(Save(), "\xB0\xA1" "a\r\n\r\n");
+  EXPECT_EQ(Save(),
+            "\xB0\xA1"
+            "a\r\n\r\n");
   document->encoding = JOHAP;
-  EXPECT_EQ(Save(), "\x88\x61" "a\r\n\r\n");
+  EXPECT_EQ(Save(),
+            "\x88\x61"
+            "a\r\n\r\n");
   document->encoding = UTF16;
   document->lfOnly = 1;
-  EXPECT_EQ(Save(), std::string("\x00\xAC" "a\0\n\0\n\0", 8));
+  EXPECT_EQ(Save(), std::string("\x00\xAC"
+                                "a\0\n\0\n\0",
+                                8));
 }
 
 TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
@@ -261,7 +273,8 @@ TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   std::filesystem::permissions(path, readOnly);
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일은 읽기 전용입니다. 그래도 저장할까요?");
+  EXPECT_EQ(messages[0],
+            "'" + Shown(document->path) + "' 파일은 읽기 전용입니다. 그래도 저장할까요?");
   EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNo);
   EXPECT_EQ(document->modified, 1);
   EXPECT_EQ(ReadBytes(document->path), "original\r\n");
@@ -271,8 +284,10 @@ TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   EXPECT_EQ(std::filesystem::status(path).permissions() & std::filesystem::perms::owner_write,
             std::filesystem::perms::none);
   // Nothing of the safe save is left beside the file.
-  EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
-  EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
+  EXPECT_FALSE(
+      std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qs")));
+  EXPECT_FALSE(
+      std::filesystem::exists(std::filesystem::u8path(std::string(document->path) + ".~qb")));
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 #ifdef _WIN32
   // Hidden and system stay with the file that takes the old one's place, and a second name of
@@ -280,7 +295,8 @@ TEST_F(DocumentFile, AReadOnlyFileIsWrittenOnlyOnYesAndStaysReadOnly) {
   ASSERT_TRUE(FileSetAttributes(document->path, kAttrHidden | kAttrSystem | kAttrArchive));
   SetText({"hidden"});
   EXPECT_EQ(Save(), "hidden\r\n");
-  EXPECT_EQ(FileGetAttributes(document->path) & (kAttrHidden | kAttrSystem), kAttrHidden | kAttrSystem);
+  EXPECT_EQ(FileGetAttributes(document->path) & (kAttrHidden | kAttrSystem),
+            kAttrHidden | kAttrSystem);
   ASSERT_TRUE(FileSetAttributes(document->path, kAttrArchive));
   std::filesystem::create_hard_link(path, std::filesystem::u8path(In("second.cpp")));
   SetText({"linked"});
@@ -302,13 +318,10 @@ TEST_F(DocumentFile, CharactersTheEncodingCannotHoldAreCountedOncePerCharacter) 
     int first;
   } cases[] = {
       {u"가a똠€·Ω\u3000", EUCKR, 0, -1},  // extended code page syllables and symbols are there
-      {u"가a똠€·Ω\u3000", JOHAP, 0, -1},
-      {u"가\u00e9", EUCKR, 1, 1},           // no code at all
-      {u"ab\u4e02", JOHAP, 1, 2},
-      {pairAndLone, EUCKR, 3, 0},           // a pair is one character, a lone half another
-      {pairAndLone, JOHAP, 3, 0},
-      {pairAndLone, UTF8, 0, -1},
-      {pairAndLone, UTF16, 0, -1},
+      {u"가a똠€·Ω\u3000", JOHAP, 0, -1}, {u"가\u00e9", EUCKR, 1, 1},  // no code at all
+      {u"ab\u4e02", JOHAP, 1, 2},        {pairAndLone, EUCKR, 3, 0},  // a pair is one character, a
+                                                                      // lone half another
+      {pairAndLone, JOHAP, 3, 0},        {pairAndLone, UTF8, 0, -1}, {pairAndLone, UTF16, 0, -1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(Utf8(c.text) + " in " + std::to_string(c.encoding));
@@ -333,10 +346,11 @@ TEST_F(DocumentFile, ASaveAsksBeforeSubstitutingAndCanSwitchToUtf8) {
   // Cancel: nothing written, nothing changed.
   EXPECT_FALSE(SaveDocument(&view, false));
   ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], "'" + Shown(In("k.txt")) +
-                             "' 파일에 EUCKR(으)로 저장할 수 없는 문자가 2개 있습니다. (첫 문자: 1행 3열)"
-                             "\n\n예: UTF-8로 바꾸어 저장합니다.\n아니오: 그대로 저장합니다. 그 문자들은 다른 "
-                             "문자로 바뀝니다.\n취소: 저장하지 않습니다.");
+  EXPECT_EQ(messages[0],
+            "'" + Shown(In("k.txt")) +
+                "' 파일에 EUCKR(으)로 저장할 수 없는 문자가 2개 있습니다. (첫 문자: 1행 3열)"
+                "\n\n예: UTF-8로 바꾸어 저장합니다.\n아니오: 그대로 저장합니다. 그 문자들은 다른 "
+                "문자로 바뀝니다.\n취소: 저장하지 않습니다.");
   EXPECT_EQ(messageFlags[0] & 0xF, kMbYesNoCancel);
   EXPECT_EQ(ReadBytes(In("k.txt")), "\xb0\xa1\r\n");
   EXPECT_EQ(document->encoding, EUCKR);
@@ -360,8 +374,9 @@ TEST_F(DocumentFile, SaveAsCopyLeavesTheDocumentsStateAlone) {
   ASSERT_TRUE(Load("a\n"));
   document->modified = 1;
   unsigned stamp = document->fileStamp;
-  std::filesystem::last_write_time(std::filesystem::u8path(document->path),
-                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(5));
+  std::filesystem::last_write_time(
+      std::filesystem::u8path(document->path),
+      std::filesystem::file_time_type::clock::now() - std::chrono::hours(5));
   EXPECT_TRUE(SaveDocument(&view, true));
   EXPECT_EQ(document->modified, 1);
   EXPECT_EQ(document->fileStamp, stamp);
@@ -386,17 +401,19 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   EXPECT_TRUE(messages.empty());
   auto path = std::filesystem::u8path(document->path);
   WriteBytes(document->path, "two\n");
-  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  std::filesystem::last_write_time(path,
+                                   std::filesystem::last_write_time(path) + std::chrono::hours(1));
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // Cancel
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_EQ(messages[0], "'" + Shown(document->path) + "' 파일이 변경되었습니다. 다시 로딩할까요?");
   EXPECT_EQ(messageFlags[0] & 0xF0F, kMbOkCancel);  // OK is the default
-  EXPECT_FALSE(CheckChangedOnDisk(&view));  // the new stamp was recorded
+  EXPECT_FALSE(CheckChangedOnDisk(&view));          // the new stamp was recorded
   EXPECT_EQ(messages.size(), 1u);
 
   // Unsaved edits: the question warns that they go, and Cancel is the default.
   document->modified = 1;
-  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  std::filesystem::last_write_time(path,
+                                   std::filesystem::last_write_time(path) + std::chrono::hours(1));
   EXPECT_FALSE(CheckChangedOnDisk(&view));
   ASSERT_EQ(messages.size(), 2u);
   EXPECT_NE(messages[1].find("저장하지 않은 수정 내용이 모두 사라집니다"), std::string::npos);
@@ -404,7 +421,8 @@ TEST_F(DocumentFile, AChangeOnDiskAsksToReloadOnceAndAVanishedFileIsToldOnce) {
   EXPECT_EQ(Lines(document), (Texts{"one"}));
   document->modified = 0;
 
-  std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::hours(1));
+  std::filesystem::last_write_time(path,
+                                   std::filesystem::last_write_time(path) + std::chrono::hours(1));
   answers = {kIdOk};
   document->skipReloadCheck = 1;
   EXPECT_FALSE(CheckChangedOnDisk(&view));  // skipped once
@@ -440,7 +458,8 @@ TEST_F(DocumentFile, CaretAndBookmarksAreRememberedPerFile) {
   document->bookmarks[3] = {0, 1};
   SaveFileState(&view);
   char section[16];
-  snprintf(section, sizeof section, "%08X", PathCrc32(document->path, static_cast<int>(strlen(document->path))));
+  snprintf(section, sizeof section, "%08X",
+           PathCrc32(document->path, static_cast<int>(strlen(document->path))));
   char text[256];
   ReadStr(section, "BookMark", text, sizeof text);
   EXPECT_STREQ(text, "-1 -1 1 2 -1 -1 0 1");
@@ -536,7 +555,10 @@ TEST_F(DocumentFile, LineRecordsHaveTheirTwoSizes) {
   } rows[] = {
       {u"a\U0001F600b", 4, {0, 1, 1, 3, 4}},
       {u"\U0001F600\U0001F600", 4, {0, 0, 2, 2, 4}},
-      {u"\xD83D" u"a", 3, {0, 0, 1, 2}},
+      {u"\xD83D"
+       u"a",
+       3,
+       {0, 0, 1, 2}},
       {u"\xDE00\xD83D", 4, {0, 0, 1, 1, 2}},
   };
   for (const Columns& row : rows) {
@@ -609,7 +631,8 @@ Identity IdentityOf(const std::string& path) {
 
 TEST_F(DocumentFile, LinksStayLinksAndHardLinkedFilesAreWrittenWhereTheyAre) {
   WriteBytes(In("real.cpp"), "old\n");
-  fs::permissions(In("real.cpp"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+  fs::permissions(In("real.cpp"),
+                  fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
   fs::create_symlink("real.cpp", In("link.cpp"));
   fs::create_symlink(In("link.cpp"), In("link2.cpp"));  // a chain, absolute this time
   fs::create_symlink("absent.cpp", In("dangling.cpp"));
@@ -621,8 +644,8 @@ TEST_F(DocumentFile, LinksStayLinksAndHardLinkedFilesAreWrittenWhereTheyAre) {
     const char* readBack;  // the name whose bytes show the save
   };
   const Case cases[] = {
-      {"link.cpp", "one", "real.cpp"},     {"link2.cpp", "two", "other.cpp"},
-      {"other.cpp", "three", "third.cpp"}, {"real.cpp", "four", "link.cpp"},
+      {"link.cpp", "one", "real.cpp"},        {"link2.cpp", "two", "other.cpp"},
+      {"other.cpp", "three", "third.cpp"},    {"real.cpp", "four", "link.cpp"},
       {"dangling.cpp", "five", "absent.cpp"},
   };
   for (const Case& c : cases) {
@@ -653,7 +676,8 @@ TEST_F(DocumentFile, LinksStayLinksAndHardLinkedFilesAreWrittenWhereTheyAre) {
   fs::remove(In("link2.cpp"));
   fs::remove(In("dangling.cpp"));
   WriteBytes(In("alone.cpp"), "x\n");
-  fs::permissions(In("alone.cpp"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
+  fs::permissions(In("alone.cpp"),
+                  fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read);
   ino_t inode = IdentityOf(In("alone.cpp")).inode;
   snprintf(document->path, sizeof document->path, "%s", In("alone.cpp").c_str());
   EXPECT_TRUE(SaveDocument(&view, false));

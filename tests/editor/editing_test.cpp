@@ -112,20 +112,23 @@ TEST_F(Editing, ASurrogatePairIsOneCharacterToTypeAndRemove) {
   SetText({"ab"});
   Caret(1, 0);
   Type("\xF0\x9F\x98\x80");
-  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80" "b"}));
+  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80"
+                                    "b"}));
   EXPECT_EQ(view.caretColumn, 3);
   KeyBackspace(&view);
   EXPECT_EQ(Lines(document), (Texts{"ab"}));
   EXPECT_EQ(view.caretColumn, 1);
   Undo(&view);
-  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80" "b"}));
+  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80"
+                                    "b"}));
   EXPECT_EQ(view.caretColumn, 3);
   Caret(1, 0);
   KeyDelete(&view);
   KeyDelete(&view);
   EXPECT_EQ(Lines(document), (Texts{"a"}));
   Undo(&view);
-  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80" "b"}));
+  EXPECT_EQ(Lines(document), (Texts{"a\xF0\x9F\x98\x80"
+                                    "b"}));
   // From the right half of the pair too.
   Caret(2, 0);
   KeyDelete(&view);
@@ -134,18 +137,32 @@ TEST_F(Editing, ASurrogatePairIsOneCharacterToTypeAndRemove) {
 
 TEST_F(Editing, OverwriteTypingReplacesWholeCharactersAndUndoGivesThemBack) {
   // "a", a Hangul syllable, a pair, "b".
-  const std::string line = "a\xED\x95\x9C\xF0\x9F\x98\x80" "b";
+  const std::string line =
+      "a\xED\x95\x9C\xF0\x9F\x98\x80"
+      "b";
   struct Case {
     int column;
     std::string typed, result;
     int caret;
   } cases[] = {
-      {0, "x", "x\xED\x95\x9C\xF0\x9F\x98\x80" "b", 1},
+      {0, "x",
+       "x\xED\x95\x9C\xF0\x9F\x98\x80"
+       "b",
+       1},
       {1, "xy", "axyb", 3},  // the syllable, then the pair, one each
       {1, "xyz", "axyz", 4},
-      {3, "\xF0\x9F\x98\x81", "a\xED\x95\x9C\xF0\x9F\x98\x81" "b", 5},  // pair for pair
-      {5, "xyz", "a\xED\x95\x9C\xF0\x9F\x98\x80" "xyz", 8},  // behind the end: inserted
-      {4, "x", "a\xED\x95\x9C" "xb", 4},  // from the right half of the pair: the pair goes
+      {3, "\xF0\x9F\x98\x81",
+       "a\xED\x95\x9C\xF0\x9F\x98\x81"
+       "b",
+       5},  // pair for pair
+      {5, "xyz",
+       "a\xED\x95\x9C\xF0\x9F\x98\x80"
+       "xyz",
+       8},  // behind the end: inserted
+      {4, "x",
+       "a\xED\x95\x9C"
+       "xb",
+       4},  // from the right half of the pair: the pair goes
   };
   for (const Case& c : cases) {
     SetText({line});

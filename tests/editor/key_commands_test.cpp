@@ -302,7 +302,8 @@ TEST_F(KeyCommands, SavingInAnotherFormatWritesACopyAndLeavesTheDocument) {
   formatAnswer.encoding = 3;
   answers = {kIdNo};
   Run(kCmdSaveOtherFormat);
-  EXPECT_EQ(messages.back(), "'" + Shown(In("copy.txt")) + "' 파일이 이미 있습니다.\n\n덮어 쓸까요?");
+  EXPECT_EQ(messages.back(),
+            "'" + Shown(In("copy.txt")) + "' 파일이 이미 있습니다.\n\n덮어 쓸까요?");
   EXPECT_EQ(ReadBytes(In("copy.txt")).size(), 18u);
   answers = {kIdYes};
   Run(kCmdSaveOtherFormat);
@@ -313,8 +314,9 @@ TEST_F(KeyCommands, SavingInAnotherFormatWritesACopyAndLeavesTheDocument) {
   formatAnswer.encoding = 1;
   answers = {kIdYes, kIdCancel};
   Run(kCmdSaveOtherFormat);
-  EXPECT_NE(messages.back().find("JOHAP(으)로 저장할 수 없는 문자가 1개 있습니다. (첫 문자: 1행 3열)"),
-            std::string::npos);
+  EXPECT_NE(
+      messages.back().find("JOHAP(으)로 저장할 수 없는 문자가 1개 있습니다. (첫 문자: 1행 3열)"),
+      std::string::npos);
   EXPECT_EQ(ReadBytes(In("copy.txt")), "\xEF\xBB\xBFint a;\r\n");
   answers = {kIdYes, kIdYes};
   Run(kCmdSaveOtherFormat);

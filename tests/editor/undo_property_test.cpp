@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 #include <random>
+#include <utility>
 
 #include "editor/case_change.h"
 #include "editor/editing.h"
@@ -102,11 +102,12 @@ class UndoProperty : public EditorTest {
   }
 
   void ReplaceSomething() {
-    const LineRecord* line = DocumentLine(document, Pick(document->lineCount ? document->lineCount : 1));
+    const LineRecord* line =
+        DocumentLine(document, Pick(document->lineCount ? document->lineCount : 1));
     if (LineLength(line) == 0) return;
     int from = Boundary(line, Pick(LineLength(line)));
-    int to = Boundary(line, from + Pick(3) + 1 < LineLength(line) ? from + Pick(3) + 1
-                                                                    : LineLength(line));
+    int to = Boundary(
+        line, from + Pick(3) + 1 < LineLength(line) ? from + Pick(3) + 1 : LineLength(line));
     int length = to - from;
     if (length <= 0) return;
     SearchRequest request = {};
@@ -117,7 +118,8 @@ class UndoProperty : public EditorTest {
     request.replaceAll = Pick(3) != 0;
     SetSearchText(request.findText, line->text + from, length);
     std::u16string replacement = RandomRun(3);
-    replacement.erase(std::remove(replacement.begin(), replacement.end(), u'\n'), replacement.end());
+    replacement.erase(std::remove(replacement.begin(), replacement.end(), u'\n'),
+                      replacement.end());
     SetSearchText(request.replaceText, replacement.data(), static_cast<int>(replacement.size()));
     answers.push_back(kIdOk);
     ReplaceAll(&view, &request);
@@ -130,22 +132,35 @@ class UndoProperty : public EditorTest {
     log_ += std::to_string(action) + "@" + std::to_string(view.caretColumn) + "," +
             std::to_string(view.caretLine) + " ";
     switch (action) {
-      case 0: case 1: case 2: case 3:
+      case 0:
+      case 1:
+      case 2:
+      case 3:
         TypeCharacter(&view, RandomUnit());
         break;
       case 4:  // a character beyond the BMP comes as its two halves
         TypeCharacter(&view, 0xD83D);
         TypeCharacter(&view, static_cast<char16_t>(0xDE00 + Pick(64)));
         break;
-      case 5: KeyEnter(&view); break;
-      case 6: KeyBackspace(&view); break;
-      case 7: KeyDelete(&view); break;
+      case 5:
+        KeyEnter(&view);
+        break;
+      case 6:
+        KeyBackspace(&view);
+        break;
+      case 7:
+        KeyDelete(&view);
+        break;
       case 8:
         tick += Pick(2) ? 100 : 1000;
         KeyTab(&view, Pick(3) == 0);
         break;
-      case 9: RandomCaret(); break;
-      case 10: RandomSelection(); break;
+      case 9:
+        RandomCaret();
+        break;
+      case 10:
+        RandomSelection();
+        break;
       case 11:
         RandomSelection();
         ShiftBlock(&view, Pick(2) ? 4 : -4);
@@ -169,13 +184,27 @@ class UndoProperty : public EditorTest {
         fillAnswer = RandomUnit();
         FillColumnBlock(&view, 0);
         break;
-      case 16: ChangeWordCase(&view, Pick(2)); break;
-      case 17: ChangeCharacterCase(&view); break;
-      case 18: ReplaceSomething(); break;
-      case 19: DeletePreviousWord(&view); break;
-      case 20: ToggleContinuation(&view); break;
-      case 21: InsertDateTime(&view); break;
-      case 24: view.overwrite = !view.overwrite; break;
+      case 16:
+        ChangeWordCase(&view, Pick(2));
+        break;
+      case 17:
+        ChangeCharacterCase(&view);
+        break;
+      case 18:
+        ReplaceSomething();
+        break;
+      case 19:
+        DeletePreviousWord(&view);
+        break;
+      case 20:
+        ToggleContinuation(&view);
+        break;
+      case 21:
+        InsertDateTime(&view);
+        break;
+      case 24:
+        view.overwrite = !view.overwrite;
+        break;
       case 22:
         for (int n = Pick(4) + 1; n > 0; --n)
           Undo(&view);
@@ -231,7 +260,8 @@ class UndoProperty : public EditorTest {
         const UndoRecord* r = document->redoList;
         printf("redo kind %d %d,%d-%d,%d sel %d,%d-%d,%d text %s\n", r->kind, r->startColumn,
                r->startLine, r->endColumn, r->endLine, r->selStartColumn, r->selStartLine,
-               r->selEndColumn, r->selEndLine, Utf8(std::u16string(r->text, r->textLength)).c_str());
+               r->selEndColumn, r->selEndLine,
+               Utf8(std::u16string(r->text, r->textLength)).c_str());
       }
       Redo(&view);
       if (getenv("QUILL_UNDO_VERBOSE")) printf("%s---\n", Utf8(Saved(document)).c_str());

@@ -18,7 +18,8 @@ namespace {
 std::vector<unsigned> Codes(const char* hex) {
   std::vector<unsigned> codes;
   for (std::string text(hex); codes.size() * 4 < text.size();)
-    codes.push_back(static_cast<unsigned>(std::stoul(text.substr(codes.size() * 4, 4), nullptr, 16)));
+    codes.push_back(
+        static_cast<unsigned>(std::stoul(text.substr(codes.size() * 4, 4), nullptr, 16)));
   return codes;
 }
 
@@ -36,30 +37,38 @@ std::string PairBytes(const std::vector<unsigned>& codes) {
 }
 
 std::string ToJohab(const std::u16string& units) {
-  std::string bytes(static_cast<size_t>(Utf16LineToJohabCount(units.data(), static_cast<int>(units.size()))) + 1, '\0');
-  bytes.resize(static_cast<size_t>(
-      Utf16LineToJohab(units.data(), static_cast<int>(units.size()), &bytes[0], static_cast<int>(bytes.size()))));
+  std::string bytes(
+      static_cast<size_t>(Utf16LineToJohabCount(units.data(), static_cast<int>(units.size()))) + 1,
+      '\0');
+  bytes.resize(static_cast<size_t>(Utf16LineToJohab(units.data(), static_cast<int>(units.size()),
+                                                    &bytes[0], static_cast<int>(bytes.size()))));
   return bytes;
 }
 
 std::string ToEucKr(const std::u16string& units) {
-  std::string bytes(static_cast<size_t>(Utf16LineToEucKrCount(units.data(), static_cast<int>(units.size()))), '\0');
-  bytes.resize(static_cast<size_t>(
-      Utf16LineToEucKr(units.data(), static_cast<int>(units.size()), &bytes[0], static_cast<int>(bytes.size()))));
+  std::string bytes(
+      static_cast<size_t>(Utf16LineToEucKrCount(units.data(), static_cast<int>(units.size()))),
+      '\0');
+  bytes.resize(static_cast<size_t>(Utf16LineToEucKr(units.data(), static_cast<int>(units.size()),
+                                                    &bytes[0], static_cast<int>(bytes.size()))));
   return bytes;
 }
 
 std::u16string FromJohab(const std::string& bytes) {
-  std::u16string units(static_cast<size_t>(JohabLineToUtf16Count(bytes.data(), static_cast<int>(bytes.size()))), u'\0');
-  units.resize(static_cast<size_t>(
-      JohabLineToUtf16(bytes.data(), static_cast<int>(bytes.size()), &units[0], static_cast<int>(units.size()))));
+  std::u16string units(
+      static_cast<size_t>(JohabLineToUtf16Count(bytes.data(), static_cast<int>(bytes.size()))),
+      u'\0');
+  units.resize(static_cast<size_t>(JohabLineToUtf16(bytes.data(), static_cast<int>(bytes.size()),
+                                                    &units[0], static_cast<int>(units.size()))));
   return units;
 }
 
 std::u16string FromEucKr(const std::string& bytes) {
-  std::u16string units(static_cast<size_t>(EucKrLineToUtf16Count(bytes.data(), static_cast<int>(bytes.size()))), u'\0');
-  units.resize(static_cast<size_t>(
-      EucKrLineToUtf16(bytes.data(), static_cast<int>(bytes.size()), &units[0], static_cast<int>(units.size()))));
+  std::u16string units(
+      static_cast<size_t>(EucKrLineToUtf16Count(bytes.data(), static_cast<int>(bytes.size()))),
+      u'\0');
+  units.resize(static_cast<size_t>(EucKrLineToUtf16(bytes.data(), static_cast<int>(bytes.size()),
+                                                    &units[0], static_cast<int>(units.size()))));
   return units;
 }
 
@@ -67,7 +76,8 @@ std::u16string FromEucKr(const std::string& bytes) {
 template <typename Sequence>
 size_t FirstDifference(const Sequence& a, const Sequence& b) {
   size_t i = 0;
-  while (i < a.size() && i < b.size() && a[i] == b[i]) ++i;
+  while (i < a.size() && i < b.size() && a[i] == b[i])
+    ++i;
   return i;
 }
 
@@ -100,12 +110,14 @@ TEST_F(EncodingConformance, BoxCodesWinOverTheMapping) {
 
 TEST_F(EncodingConformance, SyllablesBothWaysInJohabAndEucKr) {
   std::vector<unsigned> units;
-  for (unsigned unit = 0xAC00; unit <= 0xD7A3; ++unit) units.push_back(unit);
+  for (unsigned unit = 0xAC00; unit <= 0xD7A3; ++unit)
+    units.push_back(unit);
   std::vector<unsigned> johab = Codes(kSyllableJohab);
   ASSERT_EQ(johab.size(), static_cast<size_t>(kVectorSyllables));
   for (size_t i = 0; i < units.size(); ++i) {
     ASSERT_EQ(UnicodeToJohab(static_cast<char16_t>(units[i]), 0), johab[i]) << std::hex << units[i];
-    if (!IsBoxCode(johab[i])) ASSERT_EQ(JohabToUnicode(johab[i], 0), units[i]) << std::hex << johab[i];
+    if (!IsBoxCode(johab[i]))
+      ASSERT_EQ(JohabToUnicode(johab[i], 0), units[i]) << std::hex << johab[i];
   }
   // The detection's bit set of the syllables KS X 1001 codes: those with two bytes from 0xA1 up.
   std::vector<unsigned> eucKr = Codes(kSyllableEucKr);
@@ -160,7 +172,8 @@ TEST_F(EncodingConformance, HanjaBothWays) {
   ASSERT_EQ(units.size(), static_cast<size_t>(kVectorHanja));
   std::vector<unsigned> ks;
   for (unsigned row = 0xCA; row <= 0xFD; ++row) {
-    for (unsigned cell = 0xA1; cell <= 0xFE; ++cell) ks.push_back(row << 8 | cell);
+    for (unsigned cell = 0xA1; cell <= 0xFE; ++cell)
+      ks.push_back(row << 8 | cell);
   }
   for (int i = 0; i < kVectorHanja; ++i) {
     ASSERT_EQ(JohabToUnicode(johab[i], 0), units[i]) << std::hex << johab[i];
@@ -177,15 +190,21 @@ TEST_F(EncodingConformance, HanjaBothWays) {
 // the box codes); above, every mapped symbol and hanja is one.
 TEST_F(EncodingConformance, JohabCodesAreTheMappedOnes) {
   std::vector<bool> mapped(0x10000);
-  for (unsigned code : Codes(kSyllableJohab)) mapped[code] = true;
-  for (unsigned code : Codes(kLetterJohab)) mapped[code] = true;
-  for (int i = 0; i < kJohabSpecialCount; ++i) mapped[kJohabSpecials[i].code] = true;
+  for (unsigned code : Codes(kSyllableJohab))
+    mapped[code] = true;
+  for (unsigned code : Codes(kLetterJohab))
+    mapped[code] = true;
+  for (int i = 0; i < kJohabSpecialCount; ++i)
+    mapped[kJohabSpecials[i].code] = true;
   int wrong = 0;
-  for (unsigned code = 0x8000; code <= 0xD8FF; ++code) wrong += IsJohabCode(code) != mapped[code];
+  for (unsigned code = 0x8000; code <= 0xD8FF; ++code)
+    wrong += IsJohabCode(code) != mapped[code];
   EXPECT_EQ(wrong, 0);
   int unknown = 0;
-  for (unsigned code : Codes(kSymbolJohab)) unknown += !IsJohabCode(code);
-  for (unsigned code : Codes(kHanjaJohab)) unknown += !IsJohabCode(code);
+  for (unsigned code : Codes(kSymbolJohab))
+    unknown += !IsJohabCode(code);
+  for (unsigned code : Codes(kHanjaJohab))
+    unknown += !IsJohabCode(code);
   EXPECT_EQ(unknown, 0);
   for (unsigned code : {0xD930u, 0xD97Fu, 0xD990u, 0xDF31u, 0xE0FFu, 0xFA31u})
     EXPECT_FALSE(IsJohabCode(code)) << std::hex << code;
@@ -195,18 +214,23 @@ unsigned Crc32(const std::string& bytes) {
   unsigned crc = 0xFFFFFFFF;
   for (unsigned char byte : bytes) {
     crc ^= byte;
-    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (0xEDB88320 & (0u - (crc & 1)));
+    for (int bit = 0; bit < 8; ++bit)
+      crc = crc >> 1 ^ (0xEDB88320 & (0u - (crc & 1)));
   }
   return ~crc;
 }
 
 TEST_F(EncodingConformance, EveryUnitThroughUtf8) {
   std::vector<unsigned> all;
-  for (unsigned unit = 0xAC00; unit <= 0xD7A3; ++unit) all.push_back(unit);
-  for (unsigned unit = 0x3131; unit <= 0x3163; ++unit) all.push_back(unit);
+  for (unsigned unit = 0xAC00; unit <= 0xD7A3; ++unit)
+    all.push_back(unit);
+  for (unsigned unit = 0x3131; unit <= 0x3163; ++unit)
+    all.push_back(unit);
   std::vector<unsigned> ksUnit = Codes(kSymbolKsUnit);
-  for (size_t i = 1; i < ksUnit.size(); i += 2) all.push_back(ksUnit[i]);
-  for (unsigned unit : Codes(kHanjaUnit)) all.push_back(unit);
+  for (size_t i = 1; i < ksUnit.size(); i += 2)
+    all.push_back(ksUnit[i]);
+  for (unsigned unit : Codes(kHanjaUnit))
+    all.push_back(unit);
   ASSERT_EQ(all.size(), static_cast<size_t>(kVectorUnits));
   std::u16string line = Units(all);
   int count = static_cast<int>(line.size());
@@ -214,9 +238,10 @@ TEST_F(EncodingConformance, EveryUnitThroughUtf8) {
   ASSERT_EQ(Utf16LineToUtf8(line.data(), count, &utf8[0], static_cast<int>(utf8.size())),
             static_cast<int>(utf8.size()));
   EXPECT_EQ(Crc32(utf8), kUtf8Crc);
-  std::u16string back(static_cast<size_t>(Utf8LineToUtf16Count(utf8.data(), static_cast<int>(utf8.size()))), u'\0');
-  back.resize(static_cast<size_t>(
-      Utf8LineToUtf16(utf8.data(), static_cast<int>(utf8.size()), &back[0], static_cast<int>(back.size()))));
+  std::u16string back(
+      static_cast<size_t>(Utf8LineToUtf16Count(utf8.data(), static_cast<int>(utf8.size()))), u'\0');
+  back.resize(static_cast<size_t>(Utf8LineToUtf16(utf8.data(), static_cast<int>(utf8.size()),
+                                                  &back[0], static_cast<int>(back.size()))));
   EXPECT_EQ(FirstDifference(back, line), line.size());
   EXPECT_EQ(back.size(), line.size());
 }

@@ -52,7 +52,7 @@ TEST(EncodingDetect, Utf8ByTheLeadByteRule) {
   EXPECT_TRUE(Utf8("plain ASCII"));
   EXPECT_TRUE(Utf8("\xEA\xB0\x80"));
   EXPECT_TRUE(Utf8("\xFC\x84\x80\x80\x80\x80"));  // the old six-byte form
-  EXPECT_TRUE(Utf8("ok\xEA\xB0"));                 // ends inside a sequence
+  EXPECT_TRUE(Utf8("ok\xEA\xB0"));                // ends inside a sequence
   EXPECT_FALSE(Utf8("\x80"));
   EXPECT_FALSE(Utf8("\xFE\x80"));
   EXPECT_FALSE(Utf8("\xEA\x41\x80"));
@@ -81,7 +81,8 @@ TEST(EncodingDetect, JohabQuarterOfThePairsAndTheBoxPairs) {
   EXPECT_FALSE(Johab("\x88\x61\xE0\xE0\xE0\xE0\xE0\xE0\xE0\xE0"));
   // Doubled box characters count neither way: alone they make no pair at all...
   EXPECT_FALSE(Johab(std::string(400, '\xC4')));
-  EXPECT_FALSE(Johab(std::string(100, '\xDB') + std::string(100, '\xDF') + std::string(100, '\xDC')));
+  EXPECT_FALSE(
+      Johab(std::string(100, '\xDB') + std::string(100, '\xDF') + std::string(100, '\xDC')));
   // ... and among other pairs they do not dilute the hits.
   EXPECT_TRUE(Johab(std::string(400, '\xC4') + "\x88\x61\xE0\xE0\xE0\xE0\xE0\xE0"));
   // Another doubled byte is an ordinary pair.
@@ -90,7 +91,10 @@ TEST(EncodingDetect, JohabQuarterOfThePairsAndTheBoxPairs) {
 
 TEST(EncodingDetect, MarksThenTheTestsInOrderThenTheDefault) {
   int bom = -1;
-  EXPECT_EQ(DetectTextEncoding("\xFF\xFE" "a\0", 4, EUCKR, &bom), UTF16);
+  EXPECT_EQ(DetectTextEncoding("\xFF\xFE"
+                               "a\0",
+                               4, EUCKR, &bom),
+            UTF16);
   EXPECT_EQ(bom, 2);
   EXPECT_EQ(DetectTextEncoding("\xEF\xBB\xBF\xB0\xA1", 5, EUCKR, &bom), UTF8);
   EXPECT_EQ(bom, 3);
@@ -107,11 +111,16 @@ TEST(EncodingDetect, RealKoreanTextInEveryEncoding) {
     int bom;
   };
   const Expected expected[] = {
-      {"korean_euckr.txt", EUCKR, 0},   {"korean_johab.txt", JOHAP, 0},
-      {"korean_utf8.txt", UTF8, 0},     {"korean_utf16.txt", UTF16, 0},
-      {"korean_utf16bom.txt", UTF16, 2}, {"korean_utf8bom.txt", UTF8, 3},
-      {"source_euckr.c", EUCKR, 0},     {"source_utf8.c", UTF8, 0},
-      {"source_utf16.c", UTF16, 0},     {"boxes_johab.txt", JOHAP, 0},
+      {"korean_euckr.txt", EUCKR, 0},
+      {"korean_johab.txt", JOHAP, 0},
+      {"korean_utf8.txt", UTF8, 0},
+      {"korean_utf16.txt", UTF16, 0},
+      {"korean_utf16bom.txt", UTF16, 2},
+      {"korean_utf8bom.txt", UTF8, 3},
+      {"source_euckr.c", EUCKR, 0},
+      {"source_utf8.c", UTF8, 0},
+      {"source_utf16.c", UTF16, 0},
+      {"boxes_johab.txt", JOHAP, 0},
       // Two Korean comments in ASCII-heavy Johab pass the EUC-KR test as well.
       {"source_johab.c", JOHAP, 0},
   };
@@ -161,14 +170,14 @@ TEST(EncodingDetect, JohabNeedsFourPairsNineInTenEveryday) {
     bool johab;
   } cases[] = {
       {hangul, true},
-      {hangul.substr(0, 6), false},                   // three pairs are too few
-      {hangul.substr(0, 6) + rare, false},            // three in four everyday
-      {nine + rare, true},                            // nine in ten
-      {nine.substr(2) + rare, false},                 // eight in nine
-      {box + hangul.substr(0, 6) + box, false},       // box pairs count neither way
+      {hangul.substr(0, 6), false},              // three pairs are too few
+      {hangul.substr(0, 6) + rare, false},       // three in four everyday
+      {nine + rare, true},                       // nine in ten
+      {nine.substr(2) + rare, false},            // eight in nine
+      {box + hangul.substr(0, 6) + box, false},  // box pairs count neither way
       {box + hangul + box, true},
-      {hangul + "\x88\x42", false},                   // a letter with a final but no vowel
-      {hangul + "\xD9\x7F", false},                   // between the symbol rows' halves
+      {hangul + "\x88\x42", false},                    // a letter with a final but no vowel
+      {hangul + "\xD9\x7F", false},                    // between the symbol rows' halves
       {hangul + "\xD9", false},                        // a lead at the end
       {hangul + "\xD9\x31\xE0\x31 a \x88\x41", true},  // a symbol, a hanja, a lone letter
   };

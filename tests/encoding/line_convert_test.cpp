@@ -22,7 +22,8 @@ std::u16string DecodeJohab(const std::string& bytes) {
 
 std::string EncodeJohab(const std::u16string& units, int targetSize) {
   std::string bytes(static_cast<size_t>(targetSize) + 4, '#');
-  int written = Utf16LineToJohab(units.data(), static_cast<int>(units.size()), &bytes[0], targetSize);
+  int written =
+      Utf16LineToJohab(units.data(), static_cast<int>(units.size()), &bytes[0], targetSize);
   if (targetSize > 0) EXPECT_EQ(bytes[static_cast<size_t>(written)], '\0') << "terminated";
   EXPECT_EQ(bytes[static_cast<size_t>(targetSize)], '#') << "nothing past the target";
   return bytes.substr(0, static_cast<size_t>(written));
@@ -99,7 +100,9 @@ TEST_F(LineConvert, JohabLineLeadBytes) {
 
 TEST_F(LineConvert, JohabWriterIsBoundedAndTerminated) {
   EXPECT_EQ(EncodeJohab(u"a가", 8), "a\x88\x61");
-  EXPECT_EQ(EncodeJohab(u"a\u0100b", 8), "a\xD9\x31" "b");  // unmappable unit
+  EXPECT_EQ(EncodeJohab(u"a\u0100b", 8),
+            "a\xD9\x31"
+            "b");  // unmappable unit
   // A pair needs more than 2 bytes left, a byte more than 1: the terminator always fits.
   EXPECT_EQ(EncodeJohab(u"가a", 3), "\x88\x61");
   EXPECT_EQ(EncodeJohab(u"가a", 2), "");
@@ -142,7 +145,10 @@ TEST_F(LineConvert, Utf8OldFormsPairsAndBrokenSequences) {
       {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF", u"\x7F\x80\u07FF\u0800\uFFFF"},
       {"\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF", u"\U0001F600\U0010FFFF"},
       // A lone surrogate, or two the wrong way round, is written as the unit it is.
-      {"\xED\xA0\xBD" "a\xED\xB8\x80", u"\xD83D" u"a\xDE00"},
+      {"\xED\xA0\xBD"
+       "a\xED\xB8\x80",
+       u"\xD83D"
+       u"a\xDE00"},
       {"\xED\xB8\x80\xED\xA0\xBD", u"\xDE00\xD83D"},
   };
   for (const Case& c : writes) {
@@ -169,7 +175,9 @@ TEST_F(LineConvert, Utf8WriterAndReaderKeepCharactersWhole) {
 TEST_F(LineConvert, PairsAreOneUnmappableCharacterInTheKoreanCodes) {
   std::u16string line = u"a\U0001F600b\U0001F600\U0001F600";
   int count = static_cast<int>(line.size());
-  EXPECT_EQ(EncodeJohab(line, 16), "a\xD9\x31" "b\xD9\x31\xD9\x31");
+  EXPECT_EQ(EncodeJohab(line, 16),
+            "a\xD9\x31"
+            "b\xD9\x31\xD9\x31");
   EXPECT_EQ(Utf16LineToJohabCount(line.data(), count), 8);
   char bytes[8] = {};
   EXPECT_EQ(Utf16LineToEucKrCount(line.data(), count), 5);
@@ -179,21 +187,39 @@ TEST_F(LineConvert, PairsAreOneUnmappableCharacterInTheKoreanCodes) {
   EXPECT_EQ(Utf16LineToEucKr(line.data(), count, bytes, 3), 3);
   EXPECT_EQ(Utf16LineToEucKr(line.data(), count, bytes, 1), 1);
   // A lone surrogate is an ordinary unmappable unit.
-  EXPECT_EQ(EncodeJohab(u"\xD83D" u"a", 8), "\xD9\x31" "a");
+  EXPECT_EQ(EncodeJohab(u"\xD83D"
+                        u"a",
+                        8),
+            "\xD9\x31"
+            "a");
 }
 
 TEST_F(LineConvert, EucKrThroughTheKoreanCodePage) {
-  EXPECT_EQ(DecodeEucKr("\xB0\xA1" "a", 2), u"가a");
+  EXPECT_EQ(DecodeEucKr("\xB0\xA1"
+                        "a",
+                        2),
+            u"가a");
   std::u16string units = u"가a";
   char bytes[4] = {};
   ASSERT_EQ(Utf16LineToEucKr(units.data(), 2, bytes, sizeof bytes), 3);
-  EXPECT_EQ(std::string(bytes, 3), "\xB0\xA1" "a");
+  EXPECT_EQ(std::string(bytes, 3),
+            "\xB0\xA1"
+            "a");
   EXPECT_EQ(Utf16LineToEucKrCount(units.data(), 2), 3);
   // The count takes 0x01 and every byte of 0x80 or more as a lead of two bytes.
-  EXPECT_EQ(EucKrLineToUtf16Count("\x01" "Aa\xB0\xA1\xB0", 6), 4);
+  EXPECT_EQ(EucKrLineToUtf16Count("\x01"
+                                  "Aa\xB0\xA1\xB0",
+                                  6),
+            4);
   // 0x80 and 0xFF are characters of their own to the code page: more units than counted.
-  EXPECT_EQ(EucKrLineToUtf16Count("\xFF" "re", 3), 2);
-  EXPECT_EQ(DecodeEucKr("\xFF" "re", 3), u"\uF8F7re");
+  EXPECT_EQ(EucKrLineToUtf16Count("\xFF"
+                                  "re",
+                                  3),
+            2);
+  EXPECT_EQ(DecodeEucKr("\xFF"
+                        "re",
+                        3),
+            u"\uF8F7re");
   // A short target gets what fits instead of nothing.
   EXPECT_EQ(DecodeEucKr("\xB0\xA1\xB0\xA1\xB0\xA1", 2), u"가가");
 }

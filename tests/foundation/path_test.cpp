@@ -35,8 +35,8 @@ TEST(Path, AbsoluteSameJoinedAndShown) {
 
   char shown[kPathSize];
   ShownPath("C:/work/a.c", shown, kPathSize);
-  EXPECT_EQ(std::string(shown), std::string("C:") + kOsPathSeparator + "work" +
-                                    kOsPathSeparator + "a.c");
+  EXPECT_EQ(std::string(shown),
+            std::string("C:") + kOsPathSeparator + "work" + kOsPathSeparator + "a.c");
   EXPECT_EQ(ShownPath("C:/work/a.c", shown, 4), 3);  // cut to the room there is
 }
 

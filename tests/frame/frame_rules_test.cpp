@@ -29,8 +29,10 @@ TEST(FrameStatus, FormatPartShowsTheEncodingAMarkAndTheLineEnds) {
     const char* text;
   };
   const Row rows[] = {
-      {2, false, false, "\tEUC-KR  CRLF"}, {3, true, true, "\tUTF-8 BOM  LF"},
-      {4, true, false, "\tUTF-16 BOM  CRLF"}, {4, false, true, "\tUTF-16  LF"},
+      {2, false, false, "\tEUC-KR  CRLF"},
+      {3, true, true, "\tUTF-8 BOM  LF"},
+      {4, true, false, "\tUTF-16 BOM  CRLF"},
+      {4, false, true, "\tUTF-16  LF"},
       {1, false, false, "\tJohab  CRLF"},
       {2, true, false, "\tEUC-KR  CRLF"},  // a mark left over from another encoding is not written
       {0, false, true, "\tLF"},            // still to be detected
@@ -84,9 +86,10 @@ std::map<int, bool> Plan(int mode, bool quick, bool project, bool* redraw) {
 TEST(FrameMenuState, NothingOpenGreysDocumentAndProjectCommands) {
   bool redraw;
   std::map<int, bool> plan = Plan(0, false, false, &redraw);
-  const int documentCommands[] = {82, 83, 34, 70, 71, 105, 106, 107,
-                                  108, 109, 110, 74, 76, 111, 38, 26};
-  for (int id : documentCommands) EXPECT_FALSE(plan.at(id)) << id;
+  const int documentCommands[] = {82,  83,  34,  70, 71, 105, 106, 107,
+                                  108, 109, 110, 74, 76, 111, 38,  26};
+  for (int id : documentCommands)
+    EXPECT_FALSE(plan.at(id)) << id;
   for (int id : {121, 116, 117, 119, 124, 125, 126, -6, -7, -8, 120, 122, 123, 45})
     EXPECT_FALSE(plan.at(id)) << id;
   EXPECT_EQ(plan.size(), 16u + 14u);
@@ -131,9 +134,9 @@ TEST(FrameMenuState, QuickFlagTouchesOnlyDocumentCommandsOutsideTheProjectWindow
 }
 
 TEST(FrameCommands, TheTableSendsEachCommandWhereItBelongs) {
-  EXPECT_EQ(FrameCommand(82), kCommandForward);    // save goes to the document
-  EXPECT_EQ(FrameCommand(70), kCommandForward);    // undo
-  EXPECT_EQ(FrameCommand(112), kCommandForward);   // activation check
+  EXPECT_EQ(FrameCommand(82), kCommandForward);   // save goes to the document
+  EXPECT_EQ(FrameCommand(70), kCommandForward);   // undo
+  EXPECT_EQ(FrameCommand(112), kCommandForward);  // activation check
   EXPECT_EQ(FrameCommand(9998), kCommandForward);
   EXPECT_EQ(FrameCommand(91), kCommandFrame);
   EXPECT_EQ(FrameCommand(84), kCommandFrame);

@@ -28,8 +28,8 @@ std::vector<char16_t> DecodeExactly(DecodeCount count, Decode decode, const char
   return units;
 }
 
-std::vector<char> EncodeExactly(EncodeCount count, Encode encode, const std::vector<char16_t>& units,
-                                int extra) {
+std::vector<char> EncodeExactly(EncodeCount count, Encode encode,
+                                const std::vector<char16_t>& units, int extra) {
   int needed = count(units.data(), static_cast<int>(units.size())) + extra;
   std::vector<char> bytes(static_cast<size_t>(needed));
   int written = encode(units.data(), static_cast<int>(units.size()), bytes.data(), needed);
@@ -54,8 +54,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (encoding < 1 || encoding > 4) abort();
   DetectJohab(bytes, count);
 
-  std::vector<char16_t> johab = DecodeExactly(JohabLineToUtf16Count, JohabLineToUtf16, bytes, count);
-  std::vector<char16_t> eucKr = DecodeExactly(EucKrLineToUtf16Count, EucKrLineToUtf16, bytes, count);
+  std::vector<char16_t> johab =
+      DecodeExactly(JohabLineToUtf16Count, JohabLineToUtf16, bytes, count);
+  std::vector<char16_t> eucKr =
+      DecodeExactly(EucKrLineToUtf16Count, EucKrLineToUtf16, bytes, count);
   std::vector<char16_t> utf8 = DecodeExactly(Utf8LineToUtf16Count, Utf8LineToUtf16, bytes, count);
   if (johab.size() != static_cast<size_t>(JohabLineToUtf16Count(bytes, count))) abort();
   if (utf8.size() != static_cast<size_t>(Utf8LineToUtf16Count(bytes, count))) abort();
@@ -64,23 +66,26 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     EncodeExactly(Utf16LineToEucKrCount, Utf16LineToEucKr, *units, 0);
     std::vector<char> asJohab = EncodeExactly(Utf16LineToJohabCount, Utf16LineToJohab, *units, 1);
     // With room for the count and the terminator, everything is written.
-    if (asJohab.size() != static_cast<size_t>(Utf16LineToJohabCount(units->data(), static_cast<int>(units->size()))))
+    if (asJohab.size() !=
+        static_cast<size_t>(Utf16LineToJohabCount(units->data(), static_cast<int>(units->size()))))
       abort();
     std::vector<char> asUtf8 = EncodeExactly(Utf16LineToUtf8Count, Utf16LineToUtf8, *units, 0);
     // Units written as UTF-8 read back unchanged.
-    std::vector<char16_t> again = DecodeExactly(Utf8LineToUtf16Count, Utf8LineToUtf16, asUtf8.data(),
-                                                static_cast<int>(asUtf8.size()));
+    std::vector<char16_t> again = DecodeExactly(Utf8LineToUtf16Count, Utf8LineToUtf16,
+                                                asUtf8.data(), static_cast<int>(asUtf8.size()));
     if (again != *units) abort();
     // Johab written from units reads back as the same number of characters (a surrogate pair is
     // one), unless a unit 0x01 was written as the byte that Johab reads as a lead.
     bool hasLeadLike = false;
-    for (char16_t unit : *units) hasLeadLike |= unit == 0x01;
+    for (char16_t unit : *units)
+      hasLeadLike |= unit == 0x01;
     if (hasLeadLike) continue;
-    std::vector<char16_t> reread = DecodeExactly(JohabLineToUtf16Count, JohabLineToUtf16, asJohab.data(),
-                                                 static_cast<int>(asJohab.size()));
+    std::vector<char16_t> reread = DecodeExactly(JohabLineToUtf16Count, JohabLineToUtf16,
+                                                 asJohab.data(), static_cast<int>(asJohab.size()));
     size_t characters = 0;
     int length = static_cast<int>(units->size());
-    for (int i = 0; i < length; i += CharacterUnits(units->data(), length, i)) ++characters;
+    for (int i = 0; i < length; i += CharacterUnits(units->data(), length, i))
+      ++characters;
     if (reread.size() != characters) abort();
   }
   return 0;

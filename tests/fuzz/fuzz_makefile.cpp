@@ -12,9 +12,9 @@
 #include "csource/parse_source.h"
 #include "csource/preprocessor.h"
 #include "csource/symbol_table.h"
-#include "foundation/text_builder.h"
 #include "foundation/library.h"
 #include "foundation/memory.h"
+#include "foundation/text_builder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static bool started = (InitKLib(nullptr, nullptr), true);

@@ -10,8 +10,8 @@
 #include "csource/parse_source.h"
 #include "csource/show_definition.h"
 #include "csource/symbol_table.h"
-#include "foundation/text_builder.h"
 #include "foundation/library.h"
+#include "foundation/text_builder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static bool started = (InitKLib(nullptr, nullptr), true);
@@ -29,7 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   // The last line names the word to show.
   std::string word = "x";
   const char* nl = static_cast<const char*>(memchr(data, '\n', size));
-  if (nl) word.assign(reinterpret_cast<const char*>(data), static_cast<size_t>(nl - reinterpret_cast<const char*>(data)) % 64);
+  if (nl)
+    word.assign(reinterpret_cast<const char*>(data),
+                static_cast<size_t>(nl - reinterpret_cast<const char*>(data)) % 64);
   ShowDefinition(&cache, path.c_str(), word.c_str(), &result, nullptr);
   const SymbolTable& table = cache.table;
   for (int i = 1; i < table.count; ++i) {
