@@ -62,7 +62,6 @@ bool AddPosition(UndoRecord* record, int column, int line) {
   return true;
 }
 
-
 // Length of the NUL-terminated string at `units` within `count`.
 int PartLength(const char16_t* units, int count) {
   int length = 0;
@@ -178,7 +177,6 @@ void Unlink(UndoRecord** list, UndoRecord* record, UndoRecord** target) {
   record->next = *target;
   *target = record;
 }
-
 
 // The bookmarks the record saw, where it holds them; repaint when they change.
 void RestoreBookmarks(EditorView* view, const UndoRecord* record) {
@@ -303,8 +301,8 @@ int CollectLines(const EditDocument* document, int first, int count, char16_t* t
 }
 
 // Puts the `count` lines of `text` (joined by unit 13) in place of `removeCount` lines.
-void PutLines(EditDocument* document, int first, int removeCount, const char16_t* text,
-              int length, int count) {
+void PutLines(EditDocument* document, int first, int removeCount, const char16_t* text, int length,
+              int count) {
   RemoveLines(document, first, removeCount);
   if (!InsertLineSlots(document, first, count)) return;
   int line = first;
@@ -514,21 +512,28 @@ void RedoRecordOf(EditorView* view, UndoRecord* record) {
 
 }  // namespace
 
-void Undo(EditorView* view) {
+namespace {
+
+// Takes the newest record (or group) of `from` back or forward; Modified is then set exactly when
+// the text differs from the one on disk.
+void Step(EditorView* view, bool undo) {
   EditDocument* document = view->document;
-  if (!document || !document->undoList) return;
-  StepGroup(view, &document->undoList, UndoRecordOf);
-  // Clean again exactly when the text is the one on disk.
+  if (!document) return;
+  UndoRecord** from = undo ? &document->undoList : &document->redoList;
+  if (!*from) return;
+  StepGroup(view, from, undo ? UndoRecordOf : RedoRecordOf);
   FollowSavedState(document);
   EditorRepaintAll(view);
 }
 
+}  // namespace
+
+void Undo(EditorView* view) {
+  Step(view, true);
+}
+
 void Redo(EditorView* view) {
-  EditDocument* document = view->document;
-  if (!document || !document->redoList) return;
-  StepGroup(view, &document->redoList, RedoRecordOf);
-  FollowSavedState(document);
-  EditorRepaintAll(view);
+  Step(view, false);
 }
 
 void PushUndoShift(EditorView* view, int first, int last, int amount, const int16_t* applied) {
@@ -571,7 +576,6 @@ void ClearRedo(EditDocument* document) {
   document->redoList = nullptr;
 }
 
-
 bool BeginLinesChange(EditorView* view, int first, int last, LinesChange* change) {
   EditDocument* document = view->document;
   *change = {};
@@ -606,8 +610,8 @@ void EndLinesChange(LinesChange* change) {
   int64_t total = static_cast<int64_t>(change->oldLength) + newLength;
   char16_t* text = nullptr;
   if (total > 0 && total < 0x3FFFFFFF) {
-    text = static_cast<char16_t*>(
-        AllocMem(static_cast<size_t>(total) * sizeof(char16_t), kOwnerUndo));
+    text =
+        static_cast<char16_t*>(AllocMem(static_cast<size_t>(total) * sizeof(char16_t), kOwnerUndo));
     if (text) {
       if (change->oldLength)
         memcpy(text, change->oldText, static_cast<size_t>(change->oldLength) * sizeof(char16_t));
@@ -617,9 +621,8 @@ void EndLinesChange(LinesChange* change) {
   FreeMem(change->oldText);
   change->oldText = nullptr;
   if (total > 0 && !text) return;
-  UndoRecord* record =
-      NewRecord(document, kUndoLines, change->caretColumn, change->first, text,
-                static_cast<int>(total));
+  UndoRecord* record = NewRecord(document, kUndoLines, change->caretColumn, change->first, text,
+                                 static_cast<int>(total));
   FreeMem(text);
   if (!record) return;
   record->startLine = change->first;
