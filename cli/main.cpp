@@ -71,6 +71,11 @@ const ToolCommand kCommands[] = {
      "                                    and prints where the caret ends (Col, Ln); with\n"
      "                                    --replace replaces the first match (--all: every one),\n"
      "                                    saves FILE as the editor does and prints the count"},
+    {"keys", RunKeysCommand,
+     "keys FILE SCRIPT                    plays a key and mouse script into FILE as the editor\n"
+     "                                    window would (one event a line: text T, key CHORD,\n"
+     "                                    click/shiftclick/dblclick ROW COL, drag R C R C,\n"
+     "                                    wait MS, page LINES COLUMNS); Ctrl+S saves"},
     {"png", RunPngCommand,
      "png FILE                            a PNG's width, height and the SHA-256 of its pixels\n"
      "                                    as R G B A bytes, alpha not premultiplied"},

@@ -4,6 +4,7 @@
 #include "editor/editing.h"
 #include "editor/pending_prefix.h"
 #include "editor/view_input.h"
+#include "editor/view_keys.h"
 #include "frame/display_objects.h"
 #include "frame/editor_window.h"
 #include "frame/frame_state.h"
@@ -146,65 +147,18 @@ void CaretFollows(EditorWindow* editor) {
 }
 
 bool EditorKeyDown(EditorWindow* editor, int virtualKey) {
-  EditorView* view = &editor->view;
-  if (PendingPrefix != kPrefixNone && PrefixKeyDown(view, virtualKey)) {
-    ShowEditorStatus(editor);
-    return true;
-  }
-  bool shift = GetKeyState(VK_SHIFT) < 0;
-  if (GetKeyState(VK_CONTROL) < 0 && virtualKey != VK_DELETE) return false;
-  switch (virtualKey) {
-    case VK_HOME:
-      ViewKeyMove(view, kViewHome, shift);
-      return true;
-    case VK_END:
-      ViewKeyMove(view, kViewEnd, shift);
-      return true;
-    case VK_LEFT:
-      ViewKeyMove(view, kViewLeft, shift);
-      return true;
-    case VK_RIGHT:
-      ViewKeyMove(view, kViewRight, shift);
-      return true;
-    case VK_UP:
-      ViewKeyMove(view, kViewUp, shift);
-      return true;
-    case VK_DOWN:
-      ViewKeyMove(view, kViewDown, shift);
-      return true;
-    case VK_PRIOR:
-      ViewKeyMove(view, kViewPageUp, shift);
-      return true;
-    case VK_NEXT:
-      ViewKeyMove(view, kViewPageDown, shift);
-      return true;
-    case VK_DELETE:
-      KeyDelete(view);
-      ShowEditorStatus(editor);
-      return true;
-    case VK_TAB:
-      KeyTab(view, shift);
-      ShowEditorStatus(editor);
-      return true;
-    case VK_INSERT:
-      if (shift) return false;
-      view->overwrite = !view->overwrite;
-      MakeCaret(editor);
-      ShowEditorStatus(editor);
-      return true;
-  }
-  return false;
+  int modifiers = (GetKeyState(VK_SHIFT) < 0 ? kChordShift : 0) |
+                  (GetKeyState(VK_CONTROL) < 0 ? kChordControl : 0);
+  bool overwrite = editor->view.overwrite;
+  if (!ViewKeyDown(&editor->view, virtualKey, modifiers)) return false;
+  if (editor->view.overwrite != overwrite) MakeCaret(editor);
+  ShowEditorStatus(editor);
+  return true;
 }
 
 void EditorCharacter(EditorWindow* editor, char16_t unit) {
-  if (PrefixKeyTaken) {
-    PrefixKeyTaken = false;
-    return;
-  }
-  if (PendingPrefix != kPrefixNone) return;
-  if (unit == u'\t') return;  // the key-down handler has indented already
-  DropComposition(editor);
-  TypeCharacter(&editor->view, unit);
+  if (!PrefixKeyTaken && PendingPrefix == kPrefixNone && unit != u'\t') DropComposition(editor);
+  ViewCharacter(&editor->view, unit);
   ShowEditorStatus(editor);
 }
 
