@@ -16,6 +16,7 @@
 #include "foundation/path.h"
 #include "foundation/settings.h"
 #include "frame/command_line.h"
+#include "frame/crash_filter.h"
 #include "frame/display_objects.h"
 #include "frame/editor_child.h"
 #include "frame/frame_owners.h"
@@ -100,7 +101,7 @@ void Shutdown(bool sockets) {
 int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine, int show) {
   (void)previous;
   int exitCode = 0;
-  // The crash report's exception filter is installed first, once it is part of the program.
+  InstallCrashReport();
   InitKLib(instance, instance);
   InstallWindowHost();
   InitCommonControls();
