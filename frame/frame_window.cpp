@@ -22,6 +22,7 @@
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
 #include "frame/help_window.h"
+#include "frame/logo_window.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
 #include "frame/project_window.h"
@@ -277,6 +278,11 @@ bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
     case kCommandWindowList:
       return false;  // the window list belongs to the default handling
     case kCommandFrame:
+      // The start-up timer's logo differs from the about command's only when there is none.
+      if (id == kCmdLogo) {
+        ShowLogoWindow(frame, lParam == kLogoAtStartup);
+        return true;
+      }
       return OnFrameCommand(frame, id);
     case kCommandProjectWindow:
       if (g_frame.projectWindow) SendMessageW(g_frame.projectWindow, WM_COMMAND, wParam, lParam);
@@ -361,7 +367,7 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     case WM_TIMER:
       if (wParam == kLogoTimer) {
         KillTimer(frame, kLogoTimer);
-        PostMessageW(frame, WM_COMMAND, kCmdLogo, 0);
+        PostMessageW(frame, WM_COMMAND, kCmdLogo, kLogoAtStartup);
         return 0;
       }
       break;

@@ -22,6 +22,7 @@
 #include "frame/frame_owners.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
+#include "frame/logo_window.h"
 #include "frame/project_window.h"
 #include "frame/window_host.h"
 #include "resources/resource.h"
@@ -111,7 +112,7 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
   LoadColours();
   CreateDisplayObjects();
   ExamineCommandLine(commandLine);
-  // The version check and the logo window come here with the HTTP layer.
+  RegisterLogoClass(instance);
 
   if (!RegisterFrameClass(instance)) {
     ScreenNote("Failed To Register The Window Class.");
