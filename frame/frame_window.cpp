@@ -28,6 +28,7 @@
 #include "frame/project_window.h"
 #include "frame/session_layout.h"
 #include "frame/tool_windows.h"
+#include "frame/update_check.h"
 #include "resources/resource.h"
 
 const wchar_t kFrameClassName[] = L"QuillMainWndClsName";
@@ -374,6 +375,9 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     case WM_COMMAND:
       if (OnCommand(frame, wParam, lParam)) return 0;
       break;
+    case kMsgUpdateChecked:
+      FinishUpdateCheck(frame);
+      return 0;
     case WM_INITMENUPOPUP:
       OnInitMenuPopup(reinterpret_cast<HMENU>(wParam));
       break;

@@ -24,6 +24,7 @@
 #include "frame/frame_window.h"
 #include "frame/logo_window.h"
 #include "frame/project_window.h"
+#include "frame/update_check.h"
 #include "frame/window_host.h"
 #include "resources/resource.h"
 
@@ -88,6 +89,7 @@ void ExamineCommandLine(const wchar_t* commandLine) {
 }
 
 void Shutdown(bool sockets) {
+  StopUpdateCheck();
   if (g_frame.richEdit) FreeLibrary(g_frame.richEdit);
   g_frame.richEdit = nullptr;
   FreeMem(g_frame.settingsPath);
@@ -126,6 +128,8 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
   } else {
     ShowWindow(frame, show);
     UpdateWindow(frame);
+    // In the background, once the frame is there to hear the answer.
+    if (!g_frame.startedWithFile) StartUpdateCheck(frame);
     HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDR_QUILL));
     exitCode = RunMessageLoop(frame, accelerators);
   }
