@@ -45,7 +45,8 @@ LONG WINAPI CrashFilter(EXCEPTION_POINTERS* pointers) {
   for (int i = 0; i < 6; ++i)
     facts.general[i] = general[i];
   facts.flags = context->EFlags;
-  const volatile uintptr_t* stack = reinterpret_cast<const volatile uintptr_t*>(static_cast<uintptr_t>(facts.sp));
+  const volatile uintptr_t* stack =
+      reinterpret_cast<const volatile uintptr_t*>(static_cast<uintptr_t>(facts.sp));
   for (int i = 0; i < kCrashStackWords; ++i)
     facts.stack[i] = stack[i];
   WriteCrashReport(facts, CrashReportSink{LogLine, LogDump, nullptr});

@@ -29,17 +29,19 @@ constexpr ExceptionNameEntry kExceptionNames[] = {
 
 // A word of the machine: 8 hexadecimal digits on the 32-bit processor, 16 on the 64-bit one.
 int FormatWord(char* dest, int size, const char* prefix, uint64_t value, bool wide) {
-  if (wide) return FormatStr(dest, size, "%s%016llX", prefix, static_cast<unsigned long long>(value));
+  if (wide)
+    return FormatStr(dest, size, "%s%016llX", prefix, static_cast<unsigned long long>(value));
   return FormatStr(dest, size, "%s%08X", prefix, static_cast<unsigned>(value));
 }
 
 // "Title:" followed by " word" for each value, as one line.
-void WriteWordLine(const CrashReportSink& sink, const char* title, const uint64_t* values, int count,
-                   bool wide) {
+void WriteWordLine(const CrashReportSink& sink, const char* title, const uint64_t* values,
+                   int count, bool wide) {
   char line[kCrashMaxParameters * 17 + 32];
   int length = FormatStr(line, sizeof line, "%s", title) - 1;
   for (int i = 0; i < count; ++i)
-    length += FormatWord(line + length, static_cast<int>(sizeof line) - length, " ", values[i], wide) - 1;
+    length +=
+        FormatWord(line + length, static_cast<int>(sizeof line) - length, " ", values[i], wide) - 1;
   FormatStr(line + length, static_cast<int>(sizeof line) - length, "\r\n");
   sink.line(sink.context, line);
 }
@@ -57,7 +59,8 @@ void WriteCrashReport(const CrashFacts& facts, const CrashReportSink& sink) {
   char line[256];
   FormatStr(line, sizeof line, "Exception %s\r\n", ExceptionName(facts.code));
   sink.line(sink.context, line);
-  FormatStr(line, sizeof line, "ExcepAddr %llX:\r\n", static_cast<unsigned long long>(facts.address));
+  FormatStr(line, sizeof line, "ExcepAddr %llX:\r\n",
+            static_cast<unsigned long long>(facts.address));
   sink.line(sink.context, line);
   sink.dump(sink.context, facts.codeBytes, kCrashDumpBytes);
 
@@ -72,7 +75,8 @@ void WriteCrashReport(const CrashFacts& facts, const CrashReportSink& sink) {
   int length = 0;
   for (int i = 0; i < 6; ++i)
     length += FormatWord(line + length, static_cast<int>(sizeof line) - length, names[i],
-                         facts.general[i], facts.wide) - 1;
+                         facts.general[i], facts.wide) -
+              1;
   FormatStr(line + length, static_cast<int>(sizeof line) - length, "\r\n");
   sink.line(sink.context, line);
 
@@ -82,7 +86,8 @@ void WriteCrashReport(const CrashFacts& facts, const CrashReportSink& sink) {
   static const char* const kPointers64[] = {"RSP:", " RBP:", " RIP:"};
   for (int i = 0; i < 3; ++i)
     length += FormatWord(line + length, static_cast<int>(sizeof line) - length,
-                         (facts.wide ? kPointers64 : kPointers32)[i], values[i], facts.wide) - 1;
+                         (facts.wide ? kPointers64 : kPointers32)[i], values[i], facts.wide) -
+              1;
   FormatStr(line + length, static_cast<int>(sizeof line) - length, " EFlags:%08X\r\n", facts.flags);
   sink.line(sink.context, line);
 

@@ -11,6 +11,7 @@
 #include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/os_socket.h"
+#include "foundation/os_time.h"
 #include "foundation/version.h"
 #include "frame/logo_rules.h"
 #include "images/png.h"
@@ -27,6 +28,8 @@ constexpr UINT kFirstShowingMs = 1000;
 // The longest the interface waits to learn whether the server is there, name lookup included.
 constexpr unsigned kProbeTimeoutMs = 1500;
 constexpr size_t kMaxLogoBytes = 8u << 20;
+// A server that answers keeps the interface at most this long, progress window shown.
+constexpr unsigned kDownloadLimitMs = 10000;
 const char kVersionText[] = "Ver " QUILL_VERSION_TEXT;
 
 enum Reachable : int { kReachUnknown, kReachNo, kReachYes };
@@ -115,6 +118,7 @@ struct Download {
   HWND window;  // the progress window, made when the first bytes come
   HWND bar;
   uint64_t received;
+  unsigned started;
 };
 
 void ShowProgress(Download* d, int64_t total) {
@@ -144,6 +148,7 @@ void ShowProgress(Download* d, int64_t total) {
 
 bool ReceiveLogo(void* context, const char* data, size_t size, int64_t total) {
   Download* d = static_cast<Download*>(context);
+  if (OsTickCount() - d->started > kDownloadLimitMs) return false;
   DWORD written = 0;
   if (!WriteFile(d->file, data, static_cast<DWORD>(size), &written, nullptr) || written != size)
     return false;
@@ -164,11 +169,13 @@ bool RefreshCachedLogo(HWND frame, const char* url, const wchar_t* local) {
   wcscat(part, L".part");
   Download d = {};
   d.owner = frame;
+  d.started = OsTickCount();
   d.file = CreateFileW(part, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   if (d.file == INVALID_HANDLE_VALUE) return cached;
   HttpRequest request;
   StartHttpRequest(&request, url);
   request.connectTimeoutMs = kProbeTimeoutMs;
+  request.readTimeoutMs = kProbeTimeoutMs;
   request.maxBody = kMaxLogoBytes;
   request.receive = ReceiveLogo;
   request.context = &d;
@@ -216,8 +223,7 @@ bool MakeBitmap(const uint8_t* data, size_t size) {
 
 bool LoadLogoFile(const wchar_t* path) {
   char name[MAX_PATH * 3];
-  if (!WideCharToMultiByte(CP_UTF8, 0, path, -1, name, sizeof name, nullptr, nullptr))
-    return false;
+  if (!WideCharToMultiByte(CP_UTF8, 0, path, -1, name, sizeof name, nullptr, nullptr)) return false;
   for (char* p = name; *p; ++p) {
     if (*p == '\\') *p = '/';
   }
@@ -328,6 +334,8 @@ void ShowLogoWindow(HWND frame, bool atStartup) {
   LogoRect place = PlaceLogo(outer.left, outer.top, outer.right, outer.bottom, g_width, g_height);
   SetWindowPos(g_logo, HWND_TOP, place.x, place.y, place.width, place.height, SWP_SHOWWINDOW);
   SetFocus(g_logo);
-  if (!g_shownOnce) SetTimer(g_logo, kCloseTimer, kFirstShowingMs, nullptr);
+  // Only the start-up's showing goes by itself; when start-up had nothing to show (or the
+  // program started with a document), the about command's picture still waits for the user.
+  if (atStartup && !g_shownOnce) SetTimer(g_logo, kCloseTimer, kFirstShowingMs, nullptr);
   g_shownOnce = true;
 }

@@ -84,8 +84,7 @@ TEST(CrashReport, AccessViolationGivesItsTwoParametersAndBareExceptionNone) {
     const char* info;
   } cases[] = {
       // Writing (1) at address 0x10.
-      {L"access", "Exception Access Violation\r\n",
-       "ExcepInfo: 0000000000000001 0000000000000010"},
+      {L"access", "Exception Access Violation\r\n", "ExcepInfo: 0000000000000001 0000000000000010"},
       {L"bare", "Exception Unknown\r\n", "ExcepInfo:"},
   };
   for (const Case& c : cases) {

@@ -43,16 +43,26 @@ TEST(CrashReport, NamesEveryExceptionOfTheTableAndUnknownForTheRest) {
     uint32_t code;
     const char* name;
   } cases[] = {
-      {0x80000003u, "Breakpoint"},          {0x80000004u, "Single Step"},
-      {0xC0000005u, "Access Violation"},    {0xC0000006u, "In Page Error"},
-      {0xC000001Du, "Illegal Instruction"}, {0xC0000025u, "Noncontinuable Exception"},
-      {0xC0000026u, "Invalid Disposition"}, {0xC000008Cu, "Array Bounds Exceeded"},
-      {0xC000008Du, "Float Error"},         {0xC0000090u, "Float Error"},
-      {0xC0000093u, "Float Error"},         {0xC0000094u, "Int Divide By Zero"},
-      {0xC0000095u, "Int Overflow"},        {0xC0000096u, "Priv Instruction"},
-      {0xC00000FDu, "Stack Overflow"},      {0xC0000097u, "Unknown"},
-      {0xC000008Bu, "Unknown"},             {0x80000002u, "Unknown"},
-      {0xE06D7363u, "Unknown"},             {0u, "Unknown"},
+      {0x80000003u, "Breakpoint"},
+      {0x80000004u, "Single Step"},
+      {0xC0000005u, "Access Violation"},
+      {0xC0000006u, "In Page Error"},
+      {0xC000001Du, "Illegal Instruction"},
+      {0xC0000025u, "Noncontinuable Exception"},
+      {0xC0000026u, "Invalid Disposition"},
+      {0xC000008Cu, "Array Bounds Exceeded"},
+      {0xC000008Du, "Float Error"},
+      {0xC0000090u, "Float Error"},
+      {0xC0000093u, "Float Error"},
+      {0xC0000094u, "Int Divide By Zero"},
+      {0xC0000095u, "Int Overflow"},
+      {0xC0000096u, "Priv Instruction"},
+      {0xC00000FDu, "Stack Overflow"},
+      {0xC0000097u, "Unknown"},
+      {0xC000008Bu, "Unknown"},
+      {0x80000002u, "Unknown"},
+      {0xE06D7363u, "Unknown"},
+      {0u, "Unknown"},
   };
   for (const auto& c : cases)
     EXPECT_STREQ(ExceptionName(c.code), c.name) << std::hex << c.code;
