@@ -119,7 +119,10 @@ struct Download {
   HWND bar;
   uint64_t received;
   unsigned started;
+  unsigned char head[8];  // the first bytes: a PNG's signature, or an error page's text
 };
+
+const unsigned char kPngSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
 
 void ShowProgress(Download* d, int64_t total) {
   if (!d->window) {
@@ -152,6 +155,8 @@ bool ReceiveLogo(void* context, const char* data, size_t size, int64_t total) {
   DWORD written = 0;
   if (!WriteFile(d->file, data, static_cast<DWORD>(size), &written, nullptr) || written != size)
     return false;
+  for (size_t i = 0; i < size && d->received + i < sizeof d->head; ++i)
+    d->head[d->received + i] = static_cast<unsigned char>(data[i]);
   d->received += size;
   ShowProgress(d, total);
   return true;
@@ -188,7 +193,9 @@ bool RefreshCachedLogo(HWND frame, const char* url, const wchar_t* local) {
   int error = HttpFetch(request, &response);
   CloseHandle(d.file);
   if (d.window) DestroyWindow(d.window);
-  bool fresh = error == kHttpOk && response.status == 200 && response.bodyBytes > 0 &&
+  // Whatever is not a picture (a page saying the file is missing) leaves the cached copy alone.
+  bool fresh = error == kHttpOk && response.status == 200 &&
+               memcmp(d.head, kPngSignature, sizeof d.head) == 0 &&
                (!cached || ServerCopyIsNewer(response.lastModified, localSeconds));
   if (fresh && MoveFileExW(part, local, MOVEFILE_REPLACE_EXISTING)) {
     int64_t serverSeconds;

@@ -1,9 +1,6 @@
 // The logo window and the update check against a local HTTP server (Python's http.server, started
 // by with_logo_server.sh, which passes its port and folder in QUILL_LOGO_PORT and
 // QUILL_LOGO_ROOT). Quill is pointed at it by a language file that sets the logo's address.
-// The socket header must come before the Windows header.
-#include <winsock2.h>
-
 #include <gtest/gtest.h>
 #include <shlobj.h>
 #include <windows.h>
@@ -15,18 +12,19 @@
 
 namespace {
 
-std::wstring Env(const wchar_t* name) {
-  const wchar_t* value = _wgetenv(name);
-  return value ? value : L"";
+std::string Env(const char* name) {
+  const char* value = getenv(name);
+  return value ? value : "";
 }
 
 // The server's folder as this program names it (Wine shows the Unix root as drive Z:).
 std::wstring ServerFolder() {
-  std::wstring root = Env(L"QUILL_LOGO_ROOT");
-  for (wchar_t& c : root) {
+  std::string root = Env("QUILL_LOGO_ROOT");
+  std::wstring folder = L"Z:" + std::wstring(root.begin(), root.end()) + L"\\";
+  for (wchar_t& c : folder) {
     if (c == L'/') c = L'\\';
   }
-  return L"Z:" + root + L"\\";
+  return folder;
 }
 
 std::wstring CachedLogo() {
@@ -35,35 +33,18 @@ std::wstring CachedLogo() {
   return std::wstring(folder) + L"\\Quill\\Logo.png";
 }
 
-// A port where nothing listens: taken from the system, then let go.
-std::wstring DeadPort() {
-  WSADATA data;
-  WSAStartup(MAKEWORD(2, 2), &data);
-  SOCKET s = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address);
-  int size = sizeof address;
-  getsockname(s, reinterpret_cast<sockaddr*>(&address), &size);
-  closesocket(s);
-  return std::to_wstring(ntohs(address.sin_port));
-}
-
-std::string Narrow(const std::wstring& text) {
-  return std::string(text.begin(), text.end());
-}
+// Where nothing listens: connections are refused at once.
+const char kDeadPort[] = "1";
 
 // A fresh copy of Quill whose logo address is the server's (or a dead port's) Logo.png.
-std::wstring PrepareLogoCopy(const std::wstring& scenario, const std::wstring& port,
+std::wstring PrepareLogoCopy(const std::wstring& scenario, const std::string& port,
                              bool checkVersion = false) {
   std::wstring exe = PrepareFreshCopy(scenario);
   std::wstring folder = FolderOf(exe);
   WriteBytes(folder + L"QUILL.INI", std::string("[Config]\r\nLanguage=Logo\r\nChkNewVersionFg=") +
                                         (checkVersion ? "1" : "0") + "\r\n");
   CreateDirectoryW((folder + L"LANGUAGE").c_str(), nullptr);
-  WriteBytes(folder + L"LANGUAGE\\Logo.lng",
-             "50094=http://127.0.0.1:" + Narrow(port) + "/Logo.png\r\n");
+  WriteBytes(folder + L"LANGUAGE\\Logo.lng", "50094=http://127.0.0.1:" + port + "/Logo.png\r\n");
   return exe;
 }
 
@@ -151,7 +132,7 @@ size_t Count(const std::string& text, const std::string& part) {
 class Logo : public ::testing::Test {
  protected:
   void SetUp() override {
-    port_ = Env(L"QUILL_LOGO_PORT");
+    port_ = Env("QUILL_LOGO_PORT");
     if (port_.empty()) GTEST_SKIP() << "run through with_logo_server.sh";
     DeleteFileW(CachedLogo().c_str());
     DeleteFileW((ServerFolder() + L"files\\Logo.png").c_str());
@@ -163,7 +144,7 @@ class Logo : public ::testing::Test {
     DeleteFileW(CachedLogo().c_str());
     EXPECT_EQ(DebugLogSince(logStart_).find(">>>Leaked Memory"), std::string::npos);
   }
-  std::wstring port_;
+  std::string port_;
   long long logStart_ = 0;
 };
 
@@ -197,7 +178,7 @@ TEST_F(Logo, DownloadedPictureShowsForASecondAndIsThenCachedForADeadServer) {
   // The server is gone: the cached copy shows without any request.
   std::string before = Requests();
   QuillProcess quill;
-  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-cached", DeadPort())));
+  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-cached", kDeadPort)));
   HWND logo = FindLogo(quill, 5000);
   ASSERT_NE(logo, nullptr);
   EXPECT_EQ(WindowSize(logo).cx, 204);
@@ -240,7 +221,7 @@ TEST_F(Logo, AboutCommandShowsThePictureUntilAKeyOrAClick) {
   CreateDirectoryW(cache.substr(0, cache.size() - 9).c_str(), nullptr);
   ASSERT_TRUE(CopyFileW((ServerFolder() + L"red.png").c_str(), cache.c_str(), FALSE));
   QuillProcess quill;
-  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-about", DeadPort())));
+  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-about", kDeadPort)));
   HWND first = FindLogo(quill, 5000);
   ASSERT_NE(first, nullptr);
   ASSERT_TRUE(WaitUntilGone(first, 3000));
@@ -266,7 +247,7 @@ TEST_F(Logo, AboutCommandShowsThePictureUntilAKeyOrAClick) {
 
 TEST_F(Logo, WithNeitherServerNorCacheStartUpIsQuietAndAboutShowsTheBuiltInPicture) {
   QuillProcess quill;
-  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-none", DeadPort())));
+  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-none", kDeadPort)));
   EXPECT_EQ(FindLogo(quill, 2000), nullptr);
   DWORD start = GetTickCount();
   SendMessageW(quill.Frame(), WM_COMMAND, 44, 0);
@@ -296,7 +277,7 @@ std::wstring ControlText(HWND control) {
 
 TEST_F(Logo, ANewerVersionIsOfferedOnce) {
   WriteBytes(ServerFolder() + L"files\\Version.txt",
-             "9.99\r\nhttp://127.0.0.1:" + Narrow(port_) + "/download.html\r\n");
+             "9.99\r\nhttp://127.0.0.1:" + port_ + "/download.html\r\n");
   std::wstring exe = PrepareLogoCopy(L"logo-update", port_, true);
   {
     QuillProcess quill;
