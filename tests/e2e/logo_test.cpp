@@ -269,6 +269,24 @@ TEST_F(Logo, WithNeitherServerNorCacheStartUpIsQuietAndAboutShowsTheBuiltInPictu
   EXPECT_EQ(GetFileAttributesW(CachedLogo().c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
+// A server that takes the connection and never answers costs the interface one silence.
+TEST_F(Logo, ASilentServerDelaysTheAboutCommandOnlyBrieflyAndTheBuiltInPictureShows) {
+  std::string silent = Env("QUILL_SILENT_PORT");
+  ASSERT_FALSE(silent.empty());
+  QuillProcess quill;
+  ASSERT_TRUE(quill.Start(PrepareLogoCopy(L"logo-silent", silent)));
+  EXPECT_EQ(FindLogo(quill, 2500), nullptr);
+  DWORD start = GetTickCount();
+  SendMessageW(quill.Frame(), WM_COMMAND, 44, 0);
+  DWORD spent = GetTickCount() - start;
+  EXPECT_GE(spent, 1000u);
+  EXPECT_LT(spent, 3000u);
+  HWND logo = FindLogo(quill, 1000);
+  ASSERT_NE(logo, nullptr);
+  EXPECT_EQ(WindowSize(logo).cx, 364);
+  EXPECT_EQ(quill.CloseAndWait(), 0);
+}
+
 std::wstring ControlText(HWND control) {
   wchar_t text[512] = {};
   SendMessageW(control, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text));

@@ -23,11 +23,21 @@ PY
 port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
 (cd "$root/files" && exec python3 -m http.server --bind 127.0.0.1 "$port" 2>"$root/requests.log") &
 server=$!
-trap 'kill $server 2>/dev/null' EXIT
+# A server that takes connections and never answers.
+python3 -c 'import socket, time
+s = socket.socket(); s.bind(("127.0.0.1", 0)); s.listen(16)
+print(s.getsockname()[1], flush=True); time.sleep(86400)' >"$root/silent.port" &
+silent=$!
+trap 'kill $server $silent 2>/dev/null' EXIT
 for _ in $(seq 1 50); do
   python3 -c "import socket; socket.create_connection(('127.0.0.1', $port), 1)" 2>/dev/null && break
   sleep 0.1
 done
+for _ in $(seq 1 50); do
+  [ -s "$root/silent.port" ] && break
+  sleep 0.1
+done
 export QUILL_LOGO_PORT=$port
+export QUILL_SILENT_PORT=$(cat "$root/silent.port")
 export QUILL_LOGO_ROOT="$root"
 "$runner" "$@"
