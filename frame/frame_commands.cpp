@@ -44,7 +44,7 @@ const CommandRow kRows[] = {
     {24, kCommandFrame},  // error lookup
     {23, kCommandUnfinished},
     {9999, kCommandUnfinished},
-    {44, kCommandSilent},  // the logo window
+    {44, kCommandFrame},  // the logo window
 };
 
 }  // namespace

@@ -22,11 +22,13 @@
 #include "frame/frame_commands.h"
 #include "frame/frame_state.h"
 #include "frame/help_window.h"
+#include "frame/logo_window.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
 #include "frame/project_window.h"
 #include "frame/session_layout.h"
 #include "frame/tool_windows.h"
+#include "frame/update_check.h"
 #include "resources/resource.h"
 
 const wchar_t kFrameClassName[] = L"QuillMainWndClsName";
@@ -277,6 +279,11 @@ bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
     case kCommandWindowList:
       return false;  // the window list belongs to the default handling
     case kCommandFrame:
+      // The start-up timer's logo differs from the about command's only when there is none.
+      if (id == kCmdLogo) {
+        ShowLogoWindow(frame, lParam == kLogoAtStartup);
+        return true;
+      }
       return OnFrameCommand(frame, id);
     case kCommandProjectWindow:
       if (g_frame.projectWindow) SendMessageW(g_frame.projectWindow, WM_COMMAND, wParam, lParam);
@@ -361,13 +368,16 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     case WM_TIMER:
       if (wParam == kLogoTimer) {
         KillTimer(frame, kLogoTimer);
-        PostMessageW(frame, WM_COMMAND, kCmdLogo, 0);
+        PostMessageW(frame, WM_COMMAND, kCmdLogo, kLogoAtStartup);
         return 0;
       }
       break;
     case WM_COMMAND:
       if (OnCommand(frame, wParam, lParam)) return 0;
       break;
+    case kMsgUpdateChecked:
+      FinishUpdateCheck(frame);
+      return 0;
     case WM_INITMENUPOPUP:
       OnInitMenuPopup(reinterpret_cast<HMENU>(wParam));
       break;

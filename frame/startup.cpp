@@ -16,12 +16,15 @@
 #include "foundation/path.h"
 #include "foundation/settings.h"
 #include "frame/command_line.h"
+#include "frame/crash_filter.h"
 #include "frame/display_objects.h"
 #include "frame/editor_child.h"
 #include "frame/frame_owners.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
+#include "frame/logo_window.h"
 #include "frame/project_window.h"
+#include "frame/update_check.h"
 #include "frame/window_host.h"
 #include "resources/resource.h"
 
@@ -86,6 +89,7 @@ void ExamineCommandLine(const wchar_t* commandLine) {
 }
 
 void Shutdown(bool sockets) {
+  StopUpdateCheck();
   if (g_frame.richEdit) FreeLibrary(g_frame.richEdit);
   g_frame.richEdit = nullptr;
   FreeMem(g_frame.settingsPath);
@@ -100,7 +104,7 @@ void Shutdown(bool sockets) {
 int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine, int show) {
   (void)previous;
   int exitCode = 0;
-  // The crash report's exception filter is installed first, once it is part of the program.
+  InstallCrashReport();
   InitKLib(instance, instance);
   InstallWindowHost();
   InitCommonControls();
@@ -110,7 +114,7 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
   LoadColours();
   CreateDisplayObjects();
   ExamineCommandLine(commandLine);
-  // The version check and the logo window come here with the HTTP layer.
+  RegisterLogoClass(instance);
 
   if (!RegisterFrameClass(instance)) {
     ScreenNote("Failed To Register The Window Class.");
@@ -124,6 +128,8 @@ int QuillMain(HINSTANCE instance, HINSTANCE previous, const wchar_t* commandLine
   } else {
     ShowWindow(frame, show);
     UpdateWindow(frame);
+    // In the background, once the frame is there to hear the answer.
+    if (!g_frame.startedWithFile) StartUpdateCheck(frame);
     HACCEL accelerators = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDR_QUILL));
     exitCode = RunMessageLoop(frame, accelerators);
   }

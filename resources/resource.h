@@ -211,3 +211,7 @@
 #define IDC_BIN_EXP0 112     // ... 114: hexadecimal, signed, unsigned
 #define IDC_BIN_SIZE0 115    // ... 117: 1, 2, 4 bytes
 #define IDC_BIN_ENDIAN0 118  // ... 119: as in the file, swapped
+
+// The built-in logo picture (resource type RCDATA), shown by the about command when neither the
+// cache nor the server has one.
+#define IDR_LOGO_PNG 540

@@ -152,7 +152,7 @@ TEST(FrameCommands, TheTableSendsEachCommandWhereItBelongs) {
   EXPECT_EQ(FrameCommand(47), kCommandFrame);
   EXPECT_EQ(FrameCommand(28), kCommandFrame);
   EXPECT_EQ(FrameCommand(25), kCommandUnfinished);
-  EXPECT_EQ(FrameCommand(44), kCommandSilent);
+  EXPECT_EQ(FrameCommand(44), kCommandFrame);
   EXPECT_EQ(FrameCommand(10000), kCommandWindowList);
   EXPECT_EQ(FrameCommand(10042), kCommandWindowList);
   EXPECT_STREQ(kUnfinishedText, "I have not finished it yet.");

@@ -1,6 +1,7 @@
 // The frame's readers of outside text and bytes: the command line, a kept document entry, a
-// frame placement and a bitmap font file. Each stays inside its buffers, and what it accepts
-// keeps its promises (a path without backslashes, a glyph inside the file).
+// frame placement, a bitmap font file and the update check's version text. Each stays inside its
+// buffers, and what it accepts keeps its promises (a path without backslashes, a glyph inside the
+// file, a version and a web page).
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -8,6 +9,7 @@
 #include "foundation/path.h"
 #include "frame/bitmap_font.h"
 #include "frame/command_line.h"
+#include "frame/logo_rules.h"
 #include "frame/session_list.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -32,6 +34,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
           reread.left != entry.left || reread.show != entry.show)
         __builtin_trap();
     }
+  }
+  // The update check's text from a server: what it accepts is a version and a web page.
+  VersionOffer offer;
+  if (ParseVersionOffer(reinterpret_cast<const char*>(data), size, "http://h/Version.txt", &offer)) {
+    if (CompareVersions(offer.version, offer.version) != 0 ||
+        CompareVersions(offer.version, "") <= 0 ||
+        (strncmp(offer.page, "http://", 7) != 0 && strncmp(offer.page, "https://", 8) != 0))
+      __builtin_trap();
   }
   FramePlace place;
   if (ParseFramePlace(text.c_str(), &place)) FitFramePlace(&place, 1024, 768, 23);
