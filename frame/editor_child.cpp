@@ -273,10 +273,11 @@ bool EditorShowsPath(HWND window, const char* path) {
   return SamePath(document->path, path);
 }
 
-bool SetCheckPending(HWND window) {
+bool SetCheckPending(HWND window, bool byProgram) {
   EditorWindow* editor = ChildOf(window);
   if (!editor || editor->checkPending) return false;
   editor->checkPending = true;
+  editor->document->skipReloadCheck = byProgram ? 1 : 0;
   return true;
 }
 

@@ -28,7 +28,7 @@ EditDocument* EditorWindowDocument(HWND window);
 bool EditorShowsPath(HWND window, const char* path);
 // Sets the window's check-pending flag; false when it was set already (or it is no editor), so
 // that activation posts command 112 once per window until the window has answered it.
-bool SetCheckPending(HWND window);
+bool SetCheckPending(HWND window, bool byProgram);
 // True for an untitled new document that is unmodified and empty: opening a file reuses it.
 bool IsEmptyNewDocument(HWND window);
 // Titles a document window with its path in the system's form, in the window menu too.

@@ -109,12 +109,16 @@ void OnSize(int width, int height) {
   SetStatusParts(width);
 }
 
-// Each editor is asked once to look at its file on disk; the flag waits for its answer.
-void OnActivate(WPARAM wParam) {
+// Each editor is asked once to look at its file on disk; the flag waits for its answer. When the
+// frame gets the focus back from one of the program's own windows (a dialog or a message box
+// closing), the user has not been away: the look is skipped once.
+void OnActivate(WPARAM wParam, HWND deactivated) {
   if (LOWORD(wParam) == WA_INACTIVE || !g_frame.mdiClient) return;
+  bool byProgram =
+      deactivated && GetWindowThreadProcessId(deactivated, nullptr) == GetCurrentThreadId();
   for (HWND child = GetWindow(g_frame.mdiClient, GW_CHILD); child;
        child = GetWindow(child, GW_HWNDNEXT)) {
-    if (SetCheckPending(child)) PostMessageW(child, WM_COMMAND, kCmdActivated, 0);
+    if (SetCheckPending(child, byProgram)) PostMessageW(child, WM_COMMAND, kCmdActivated, 0);
   }
 }
 
@@ -363,7 +367,7 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
       OnSize(LOWORD(lParam), HIWORD(lParam));
       return 0;
     case WM_ACTIVATE:
-      OnActivate(wParam);
+      OnActivate(wParam, reinterpret_cast<HWND>(lParam));
       break;
     case WM_TIMER:
       if (wParam == kLogoTimer) {

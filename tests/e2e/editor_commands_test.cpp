@@ -620,6 +620,24 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   Settle();
   EXPECT_EQ(scenario.Caret(), L"\tCol 9, Ln 1");
 
+  // Quill's own dialog closing gives the frame back without the user having been away: a change
+  // made meanwhile waits for the next return from another program.
+  changeOnDisk("meanwhile\r\n", 30);
+  Chord({VK_CONTROL}, 'G');
+  HWND goTo = WaitForWindow(scenario.quill(), L"");
+  ASSERT_NE(goTo, nullptr);
+  Press(VK_ESCAPE);
+  EXPECT_TRUE(WaitUntilGone(goTo));
+  EXPECT_EQ(WaitForWindow(scenario.quill(), L"", 1500), nullptr);
+  background();
+  foreground();
+  question = Dialog(scenario, L"", L"changed-meanwhile");
+  ASSERT_NE(question, nullptr);
+  Press(VK_ESCAPE);  // Cancel: "new text" stays
+  EXPECT_TRUE(WaitUntilGone(question));
+  ASSERT_TRUE(scenario.Focus());
+  Press(VK_END);
+
   TypeText(L"!");
   background();
   changeOnDisk("newer\r\n", 40);
