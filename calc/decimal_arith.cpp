@@ -170,6 +170,101 @@ uint32_t DivideDecimal(DecimalNumber* a, const DecimalNumber& b) {
                       kQuotient, true, a);
 }
 
+namespace {
+
+// One step of x^n by repeated multiplication, on four-digit groups kept between the steps:
+// r <- r * x with MultiplyDecimal's rounding (half up on the 29th digit). Both mantissas are
+// normalised (r[0] >= 1000), so the product has at most one leading zero digit. Returns false
+// when the exponent leaves its range.
+bool MultiplyGroupsInPlace(uint32_t* r, int* exponent, const uint32_t* x, int xExponent) {
+  constexpr int kProduct = 2 * kGroups;
+  uint64_t columns[kProduct] = {};
+  for (int i = 0; i < kGroups; ++i) {
+    for (int j = 0; j < kGroups; ++j)
+      columns[i + j + 1] += static_cast<uint64_t>(r[i]) * x[j];
+  }
+  uint32_t p[kProduct];
+  uint64_t carry = 0;
+  for (int i = kProduct - 1; i >= 0; --i) {
+    uint64_t column = columns[i] + carry;
+    p[i] = static_cast<uint32_t>(column % kGroupBase);
+    carry = column / kGroupBase;
+  }
+  int e = *exponent + xExponent;
+  uint32_t roundDigit;
+  if (p[0] >= kGroupBase / 10) {
+    for (int i = 0; i < kGroups; ++i)
+      r[i] = p[i];
+    roundDigit = p[kGroups] / 1000;
+  } else {
+    for (int i = 0; i < kGroups; ++i)
+      r[i] = p[i] % 1000 * 10 + p[i + 1] / 1000;
+    roundDigit = p[kGroups] / 100 % 10;
+    --e;
+  }
+  if (roundDigit >= 5) {
+    int i = kGroups - 1;
+    for (; i >= 0 && r[i] == kGroupBase - 1; --i)
+      r[i] = 0;
+    if (i >= 0) {
+      ++r[i];
+    } else {
+      r[0] = kGroupBase / 10;
+      ++e;
+    }
+  }
+  if (e < kDecimalMinExponent || e > kDecimalMaxExponent) return false;
+  *exponent = e;
+  return true;
+}
+
+// x^n as x multiplied by itself n - 1 times, digit for digit what that many MultiplyDecimal calls
+// give, without packing and unpacking the digits at every step.
+uint32_t RepeatedPower(DecimalNumber* a, int32_t power) {
+  DecimalParts base;
+  UnpackDecimal(*a, &base);
+  uint32_t x[kGroups];
+  ToGroups(base.digits, x);
+  uint32_t r[kGroups];
+  for (int i = 0; i < kGroups; ++i)
+    r[i] = x[i];
+  int exponent = base.exponent;
+  for (int32_t i = 1; i < power; ++i) {
+    if (!MultiplyGroupsInPlace(r, &exponent, x, base.exponent)) return kMathUnsupported;
+  }
+  uint8_t digits[kDecimalDigits];
+  for (int i = 0; i < kGroups; ++i) {
+    uint32_t group = r[i];
+    for (int d = kGroupDigits - 1; d >= 0; --d) {
+      digits[i * kGroupDigits + d] = static_cast<uint8_t>(group % 10);
+      group /= 10;
+    }
+  }
+  bool negative = base.negative && power % 2 != 0;
+  if (StoreDecimal(negative, exponent, digits, kDecimalDigits, false, a) != kMathOk)
+    return kMathUnsupported;
+  return kMathOk;
+}
+
+// x^n by squaring: about 2 log2(n) multiplications, each rounded at 28 digits, so the last digits
+// may differ from the repeated product's. A square or product that overflows means the whole power
+// does (each is at most |x^n| when |x| > 1, at least it when |x| < 1).
+uint32_t PowerBySquaring(DecimalNumber* a, uint32_t power) {
+  DecimalNumber result = kDecimalOne;
+  DecimalNumber square = *a;
+  while (power != 0) {
+    if (power & 1) {
+      if (MultiplyDecimal(&result, square) != kMathOk) return kMathUnsupported;
+    }
+    power >>= 1;
+    if (power != 0 && MultiplyDecimal(&square, square) != kMathOk) return kMathUnsupported;
+  }
+  *a = result;
+  return kMathOk;
+}
+
+}  // namespace
+
 uint32_t PowerDecimalWithin(DecimalNumber* a, const DecimalNumber& b, int* stepsLeft) {
   if (IsDecimalNegative(b)) return kMathUnsupported;
   DecimalNumber whole = b;
@@ -191,14 +286,11 @@ uint32_t PowerDecimalWithin(DecimalNumber* a, const DecimalNumber& b, int* steps
     return kMathOk;
   }
   int steps = power - 1;
-  if (steps > *stepsLeft) return kMathUnsupported;
-  *stepsLeft -= steps;
-  DecimalNumber result = *a;
-  for (int i = 0; i < steps; ++i) {
-    if (MultiplyDecimal(&result, *a) != kMathOk) return kMathUnsupported;
+  if (steps <= *stepsLeft) {
+    *stepsLeft -= steps;
+    return RepeatedPower(a, power);
   }
-  *a = result;
-  return kMathOk;
+  return PowerBySquaring(a, static_cast<uint32_t>(power));
 }
 
 uint32_t PowerDecimal(DecimalNumber* a, const DecimalNumber& b) {
