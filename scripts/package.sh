@@ -27,6 +27,7 @@ version=$(sed -n 's/^#define QUILL_VERSION_TEXT "\(.*\)"$/\1/p' foundation/versi
 # The time stamp of every entry: the commit's, so that it says when these files were made.
 stamp=$(git log -1 --format=%ct 2>/dev/null || echo 315532800)
 
+[ "$build" = 1 ] && ./scripts/deps.sh
 declare -A strip_tool=([win32]=i686-w64-mingw32-strip [win64]=x86_64-w64-mingw32-strip)
 mkdir -p "$out"
 stage=$(mktemp -d)
