@@ -83,7 +83,8 @@ const ToolCommand kCommands[] = {
 };
 
 int Usage() {
-  fputs("usage: quill-tool COMMAND ...\n  --version                           the program's version\n", stderr);
+  fputs("usage: quill-tool COMMAND ...\n", stderr);
+  fputs("  --version                           the program's version\n", stderr);
   for (const ToolCommand& command : kCommands)
     fprintf(stderr, "  %s\n", command.usage);
   return kExitUsage;
