@@ -69,13 +69,14 @@ done
 # temporary folder.
 root=$work/win64/Quill-$version-win64
 printf 'int x;\r\n' >"$root/hello.c"
+printf 'q1 int x;\r\n' >"$work/expected.c"
 before=$(find "$root" | sort)
 touch "$work/start"
 sleep 1
 "$QUILL_WINE" build/win64/bin/quill-smoke.exe "$(winepath_of "$root/Quill.exe")" \
   "$(winepath_of "$root/hello.c")" "q1 " "$(winepath_of "$PWD/build/package/smoke.bmp")" \
   || problem "the unpacked Quill.exe did not open, save and close cleanly"
-[ "$(cat "$root/hello.c")" = "$(printf 'q1 int x;\r\n')" ] || problem "hello.c holds $(od -c "$root/hello.c" | head -3)"
+cmp -s "$work/expected.c" "$root/hello.c" || problem "hello.c holds $(od -c "$root/hello.c" | head -3)"
 ini=$(find "$root" -maxdepth 1 -iname quill.ini)
 [ -n "$ini" ] || problem "no Quill.ini beside the unpacked Quill.exe"
 added=$(comm -13 <(echo "$before") <(find "$root" | sort) | grep -viE '/quill\.ini$|/hello\.c$')
