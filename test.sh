@@ -60,6 +60,13 @@ if build win32; then
   if [ -f build/win32/bin/Quill.exe ]; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
 fi
 
+# The release archives from the trees built above (no second build), and the unpacked 64-bit
+# program run once under Wine.
+if [ -f build/win64/bin/quill-smoke.exe ] && [ -f build/win32/bin/Quill.exe ] && [ -n "${DISPLAY:-}" ]; then
+  note "package"
+  if scripts/package-smoke.sh; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
+fi
+
 if build fuzz; then run fuzz; fi
 
 echo

@@ -170,6 +170,117 @@ uint32_t DivideDecimal(DecimalNumber* a, const DecimalNumber& b) {
                       kQuotient, true, a);
 }
 
+namespace {
+
+// r <- r * x on mantissas of N four-digit groups, rounded half up on the digit after the last as
+// MultiplyDecimal rounds on its 29th: with N = kGroups this is one step of the repeated product,
+// digit for digit. Both mantissas are normalised (r[0] >= 1000), so the product has at most one
+// leading zero digit. r and x may be the same array. Returns false when the exponent leaves its
+// range.
+template <int N>
+bool MultiplyGroups(uint32_t* r, int* exponent, const uint32_t* x, int xExponent) {
+  constexpr int kProduct = 2 * N;
+  uint64_t columns[kProduct] = {};
+  for (int i = 0; i < N; ++i) {
+    for (int j = 0; j < N; ++j)
+      columns[i + j + 1] += static_cast<uint64_t>(r[i]) * x[j];
+  }
+  uint32_t p[kProduct];
+  uint64_t carry = 0;
+  for (int i = kProduct - 1; i >= 0; --i) {
+    uint64_t column = columns[i] + carry;
+    p[i] = static_cast<uint32_t>(column % kGroupBase);
+    carry = column / kGroupBase;
+  }
+  int e = *exponent + xExponent;
+  uint32_t roundDigit;
+  if (p[0] >= kGroupBase / 10) {
+    for (int i = 0; i < N; ++i)
+      r[i] = p[i];
+    roundDigit = p[N] / 1000;
+  } else {
+    for (int i = 0; i < N; ++i)
+      r[i] = p[i] % 1000 * 10 + p[i + 1] / 1000;
+    roundDigit = p[N] / 100 % 10;
+    --e;
+  }
+  if (roundDigit >= 5) {
+    int i = N - 1;
+    for (; i >= 0 && r[i] == kGroupBase - 1; --i)
+      r[i] = 0;
+    if (i >= 0) {
+      ++r[i];
+    } else {
+      r[0] = kGroupBase / 10;
+      ++e;
+    }
+  }
+  if (e < kDecimalMinExponent || e > kDecimalMaxExponent) return false;
+  *exponent = e;
+  return true;
+}
+
+// The value of `count` groups as a DecimalNumber, rounded half up to 28 digits.
+uint32_t StoreGroups(bool negative, int exponent, const uint32_t* groups, int count,
+                     DecimalNumber* out) {
+  uint8_t digits[2 * kDecimalDigits];
+  for (int i = 0; i < count; ++i) {
+    uint32_t group = groups[i];
+    for (int d = kGroupDigits - 1; d >= 0; --d) {
+      digits[i * kGroupDigits + d] = static_cast<uint8_t>(group % 10);
+      group /= 10;
+    }
+  }
+  return StoreDecimal(negative, exponent, digits, count * kGroupDigits, true, out);
+}
+
+// x^n as x multiplied by itself n - 1 times, digit for digit what that many MultiplyDecimal calls
+// give, without packing and unpacking the digits at every step.
+uint32_t RepeatedPower(DecimalNumber* a, int32_t power) {
+  DecimalParts base;
+  UnpackDecimal(*a, &base);
+  uint32_t x[kGroups];
+  ToGroups(base.digits, x);
+  uint32_t r[kGroups];
+  for (int i = 0; i < kGroups; ++i)
+    r[i] = x[i];
+  int exponent = base.exponent;
+  for (int32_t i = 1; i < power; ++i) {
+    if (!MultiplyGroups<kGroups>(r, &exponent, x, base.exponent)) return kMathUnsupported;
+  }
+  bool negative = base.negative && power % 2 != 0;
+  if (StoreGroups(negative, exponent, r, kGroups, a) != kMathOk) return kMathUnsupported;
+  return kMathOk;
+}
+
+// x^n by squaring: about 2 log2(n) multiplications on 56-digit mantissas, rounded to 28 digits at
+// the end, so the result is nearly the true power rather than the repeated product's. A square or
+// product that leaves the range means the whole power does (each is at most |x^n| when |x| > 1,
+// at least it when |x| < 1).
+uint32_t PowerBySquaring(DecimalNumber* a, uint32_t power) {
+  constexpr int kWide = 2 * kGroups;
+  DecimalParts base;
+  UnpackDecimal(*a, &base);
+  uint32_t square[kWide] = {};
+  ToGroups(base.digits, square);
+  int squareExponent = base.exponent;
+  uint32_t result[kWide] = {kGroupBase / 10};  // 0.1 x 10^1
+  int resultExponent = 1;
+  bool negative = base.negative && power % 2 != 0;
+  while (power != 0) {
+    if ((power & 1) && !MultiplyGroups<kWide>(result, &resultExponent, square, squareExponent)) {
+      return kMathUnsupported;
+    }
+    power >>= 1;
+    if (power != 0 && !MultiplyGroups<kWide>(square, &squareExponent, square, squareExponent))
+      return kMathUnsupported;
+  }
+  if (StoreGroups(negative, resultExponent, result, kWide, a) != kMathOk) return kMathUnsupported;
+  return kMathOk;
+}
+
+}  // namespace
+
 uint32_t PowerDecimalWithin(DecimalNumber* a, const DecimalNumber& b, int* stepsLeft) {
   if (IsDecimalNegative(b)) return kMathUnsupported;
   DecimalNumber whole = b;
@@ -191,14 +302,11 @@ uint32_t PowerDecimalWithin(DecimalNumber* a, const DecimalNumber& b, int* steps
     return kMathOk;
   }
   int steps = power - 1;
-  if (steps > *stepsLeft) return kMathUnsupported;
-  *stepsLeft -= steps;
-  DecimalNumber result = *a;
-  for (int i = 0; i < steps; ++i) {
-    if (MultiplyDecimal(&result, *a) != kMathOk) return kMathUnsupported;
+  if (steps <= *stepsLeft) {
+    *stepsLeft -= steps;
+    return RepeatedPower(a, power);
   }
-  *a = result;
-  return kMathOk;
+  return PowerBySquaring(a, static_cast<uint32_t>(power));
 }
 
 uint32_t PowerDecimal(DecimalNumber* a, const DecimalNumber& b) {

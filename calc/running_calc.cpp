@@ -20,9 +20,10 @@ const char* SkipBlanks(const char* p) {
   return p;
 }
 
+// The end of the input is read as a literal too, one without digits (code 2): this style has no
+// "operand expected" state of its own.
 uint32_t ReadLiteral(const char** cursor, DecimalNumber* value) {
   *cursor = SkipBlanks(*cursor);
-  if (**cursor == '\0') return kMathIncomplete;
   return ParseDecimalNumber(cursor, value);
 }
 

@@ -8,6 +8,7 @@
 
 #include "cli/tool.h"
 #include "foundation/library.h"
+#include "foundation/version.h"
 
 namespace {
 
@@ -88,6 +89,7 @@ const ToolCommand kCommands[] = {
 
 int Usage() {
   fputs("usage: quill-tool COMMAND ...\n", stderr);
+  fputs("  --version                           the program's version\n", stderr);
   for (const ToolCommand& command : kCommands)
     fprintf(stderr, "  %s\n", command.usage);
   return kExitUsage;
@@ -95,6 +97,11 @@ int Usage() {
 
 int Dispatch(int argc, char** argv) {
   if (argc < 2) return Usage();
+  if (strcmp(argv[1], "--version") == 0) {
+    if (argc != 2) return Usage();
+    puts("quill-tool " QUILL_VERSION_TEXT);
+    return kExitOk;
+  }
   for (const ToolCommand& command : kCommands) {
     if (strcmp(argv[1], command.name) == 0) {
       int status = command.run(argc - 2, argv + 2);

@@ -236,20 +236,79 @@ TEST(DecimalArith, PowerTakesOnlyNonNegativeWholeExponents) {
   EXPECT_EQ(CompareDecimal(a, Make("-1e1")), 0);
   a = Make("2e1");
   EXPECT_EQ(PowerDecimal(&a, Make("6e5")), kMathUnsupported);  // overflows on the way
-  a = Make("5e0");
-  EXPECT_EQ(PowerDecimal(&a, Make("3e5")), kMathUnsupported);  // underflows on the way
 }
 
-TEST(DecimalArith, PowerStepsAreBoundedPerEvaluation) {
-  DecimalNumber a = Make("10001e1");  // 1.0001
-  int steps = kDecimalPowerSteps;
-  EXPECT_EQ(PowerDecimalWithin(&a, Make("2e5"), &steps), kMathOk);  // 1.0001^20000
-  EXPECT_EQ(steps, kDecimalPowerSteps - 19999);
-  a = Make("10001e1");
-  EXPECT_EQ(PowerDecimalWithin(&a, Make("2e1"), &steps), kMathOk);
-  a = Make("10001e1");
-  EXPECT_EQ(PowerDecimalWithin(&a, Make("3e1"), &steps), kMathUnsupported);
-  EXPECT_EQ(steps, 0);
+// The repeated product keeps its digits on four-digit groups between the steps: it must round
+// exactly as that many MultiplyDecimal calls do, including a carry through every digit.
+TEST(DecimalArith, RepeatedPowerIsMultiplicationStepByStep) {
+  struct Case {
+    const char* base;
+    int power;
+  };
+  const Case kCases[] = {
+      {"10001e1", 1000},                      // 1.0001
+      {"9999999999999999999999999999e1", 2},  // 9.99...9: rounds up to 100
+      {"9999999999999999999999999999e1", 7},
+      {"9999999999999999999999999999e0", 500},  // 0.99...9: a leading zero digit each step
+      {"-3333333333333333333333333333e1", 41},  // odd power of a negative number
+      {"7e1", 40},                              // exact, then rounded
+      {"1234567890123456789012345678e0", 120},
+      {"-5e-3", 4},
+  };
+  for (const Case& c : kCases) {
+    DecimalNumber expected = Make(c.base);
+    for (int i = 1; i < c.power; ++i)
+      ASSERT_EQ(MultiplyDecimal(&expected, Make(c.base)), kMathOk);
+    DecimalNumber a = Make(c.base);
+    int steps = kDecimalPowerSteps;
+    std::string power = std::to_string(c.power);
+    EXPECT_EQ(PowerDecimalWithin(&a, DecimalConstant(power.c_str()), &steps), kMathOk)
+        << c.base << "^" << c.power;
+    EXPECT_EQ(memcmp(&a, &expected, sizeof a), 0) << c.base << "^" << c.power;
+    EXPECT_EQ(steps, kDecimalPowerSteps - (c.power - 1));
+  }
+}
+
+// Powers of numbers near 1 stay in range for very large exponents: past the evaluation's budget
+// of repeated multiplications they are computed by squaring; only a result that really leaves the
+// range is refused. References from Python's decimal module at 28 digits.
+TEST(DecimalArith, LargePowersGiveTheirValueUnlessTheResultOverflows) {
+  struct Case {
+    const char* base;
+    const char* power;
+    int budget;
+    const char* expected;  // nullptr: kMathUnsupported
+    int digits;            // how many leading digits must agree
+  };
+  const Case kCases[] = {
+      {"10001e1", "3e5", kDecimalPowerSteps, "2008252451941036578736548967e2", 25},
+      {"100001e1", "1e6", kDecimalPowerSteps, "2718268237174489668035064824e1", 24},
+      {"10001e1", "3e5", 20000, "2008252451941036578736548967e2", 28},  // by squaring
+      {"10001e1", "3e9", 0, "1524259115450206862530133190e13029", 28},
+      {"1000000000000000000000000001e1", "2147483647e10", 0, "1000000000000000002147483647e1", 28},
+      {"5e0", "3e5", 0, "1259302543584091457291530785e-9030", 28},
+      {"10001e1", "2147483647e10", 0, nullptr, 0},
+      {"-9999999e0", "2147483647e10", 0, "-5444594621971168588521608009e-93", 28},  // odd
+      {"9999e0", "2147483647e10", 0, nullptr, 0},  // underflows
+      {"5e0", "6e5", kDecimalPowerSteps, nullptr, 0},
+      {"2e1", "6e5", kDecimalPowerSteps, nullptr, 0},
+  };
+  for (const Case& c : kCases) {
+    DecimalNumber a = Make(c.base);
+    int steps = c.budget;
+    uint32_t error = PowerDecimalWithin(&a, Make(c.power), &steps);
+    SCOPED_TRACE(std::string(c.base) + "^" + c.power);
+    if (!c.expected) {
+      EXPECT_EQ(error, kMathUnsupported);
+      continue;
+    }
+    ASSERT_EQ(error, kMathOk);
+    DecimalNumber difference = a;
+    ASSERT_EQ(SubtractDecimal(&difference, Make(c.expected)), kMathOk);
+    if (!IsDecimalZero(difference)) {
+      EXPECT_LE(DecimalExponent(difference), DecimalExponent(Make(c.expected)) - c.digits);
+    }
+  }
 }
 
 TEST(DecimalNumber, TruncateAndToInt) {

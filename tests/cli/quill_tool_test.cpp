@@ -1,6 +1,7 @@
 // quill-tool from the outside: its output, line ends and exit status.
 #include <gtest/gtest.h>
 
+#include "foundation/version.h"
 #include "tests/support/tool_run.h"
 #include <sys/wait.h>
 
@@ -70,6 +71,14 @@ TEST(QuillTool, FailuresAndUsageErrorsHaveTheirOwnStatus) {
   EXPECT_EQ(Tool("frobnicate").status, 2);
   EXPECT_EQ(Tool("format %d notanumber").status, 2);
   EXPECT_EQ(Tool("format").status, 2);
+  EXPECT_EQ(Tool("--version extra").status, 2);
+}
+
+TEST(QuillTool, VersionIsTheProgramsOne) {
+  ToolRun run = Tool("--version");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "quill-tool " QUILL_VERSION_TEXT "\n");
+  EXPECT_NE(RunTool("", true).out.find("--version"), std::string::npos);  // the usage names it
 }
 
 }  // namespace
