@@ -637,8 +637,12 @@ TEST(EditorCommands, FileChangedOnDiskIsReloaded) {
   EXPECT_TRUE(WaitUntilGone(question));
   ASSERT_TRUE(scenario.Focus());
   Press(VK_END);
+  Settle();
+  EXPECT_EQ(scenario.Caret(), L"\tCol 9, Ln 1");
 
   TypeText(L"!");
+  Settle();
+  EXPECT_EQ(scenario.quill().StatusText(1), L"\tModified");
   background();
   changeOnDisk("newer\r\n", 40);
   foreground();
