@@ -1,5 +1,6 @@
 // Keyboard, mouse, wheel and scroll-bar input of an editor window, and keeping the caret, the view
 // and the scroll bar in step.
+#include "comm/terminal_session.h"
 #include "editor/document.h"
 #include "editor/editing.h"
 #include "editor/pending_prefix.h"
@@ -183,6 +184,7 @@ bool EditorKeyDown(EditorWindow* editor, int virtualKey) {
       ShowEditorStatus(editor);
       return true;
     case VK_TAB:
+      if (editor->document->terminal) return false;  // sent as the character
       KeyTab(view, shift);
       ShowEditorStatus(editor);
       return true;
@@ -202,6 +204,11 @@ void EditorCharacter(EditorWindow* editor, char16_t unit) {
     return;
   }
   if (PendingPrefix != kPrefixNone) return;
+  if (editor->document->terminal) {
+    // A terminal's keys go to the device, which echoes them if it wants them shown.
+    TerminalTyped(editor->document, unit);
+    return;
+  }
   if (unit == u'\t') return;  // the key-down handler has indented already
   DropComposition(editor);
   TypeCharacter(&editor->view, unit);

@@ -211,3 +211,10 @@
 #define IDC_BIN_EXP0 112     // ... 114: hexadecimal, signed, unsigned
 #define IDC_BIN_SIZE0 115    // ... 117: 1, 2, 4 bytes
 #define IDC_BIN_ENDIAN0 118  // ... 119: as in the file, swapped
+#define IDD_PORT_SETTINGS 190
+#define IDC_PORT_NUMBER 100  // the ports that could be opened, "COM%d"
+#define IDC_PORT_BAUD 101
+#define IDC_PORT_PARITY 102
+#define IDC_PORT_DATA_BITS 103
+#define IDC_PORT_STOP_BITS 104
+#define IDC_PORT_FLOW 106
