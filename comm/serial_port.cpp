@@ -31,13 +31,20 @@ void Notify(SerialPort* port, unsigned code) {
                  (static_cast<uintptr_t>(port->number) << 16) | code);
 }
 
+// Told only when the queue was empty: the owner takes everything there is on each notice, so a
+// notice per read would pile up in its message queue, ahead of the user's keys, while a stream
+// lasts.
 void Received(SerialPort* port, const unsigned char* bytes, unsigned count) {
+  bool wasEmpty;
   {
     LockGuard guard(&port->receiveLock);
-    if (!AppendBytes(&port->receive, bytes, count))
+    wasEmpty = ByteQueueLength(&port->receive) == 0;
+    if (!AppendBytes(&port->receive, bytes, count)) {
       DebugLog("RecvData Queue Full (%d bytes lost)\r\n", static_cast<int>(count));
+      return;
+    }
   }
-  Notify(port, kSerialDataArrived);
+  if (wasEmpty) Notify(port, kSerialDataArrived);
 }
 
 void ApplySettings(SerialPort* port) {

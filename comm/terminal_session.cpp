@@ -59,9 +59,10 @@ void TerminalTyped(EditDocument* document, char16_t unit) {
   SendSerial(session->port, text, length);
 }
 
-void TerminalNoticed(EditorView* view, uintptr_t wParam) {
+int TerminalNoticed(EditorView* view, uintptr_t wParam) {
   TerminalSession* session = view->document ? view->document->terminal : nullptr;
-  if (!session || !session->port) return;
+  if (!session || !session->port) return 0;
+  int taken = 0;
   switch (wParam & 0xFFFF) {
     case 1:
       CloseSerialPort(session->port);
@@ -72,6 +73,7 @@ void TerminalNoticed(EditorView* view, uintptr_t wParam) {
       int count = 0;
       for (int byte; (byte = ReadSerialByte(session->port)) >= 0;) {
         bytes[count++] = static_cast<unsigned char>(byte);
+        ++taken;
         if (count == static_cast<int>(sizeof bytes)) {
           TypeReceivedBytes(view, bytes, count, &g_previousByte);
           count = 0;
@@ -81,4 +83,5 @@ void TerminalNoticed(EditorView* view, uintptr_t wParam) {
       break;
     }
   }
+  return taken;
 }

@@ -23,5 +23,6 @@ bool OpenTerminal(EditDocument* document, void* window);
 void CloseTerminal(EditDocument* document);
 // A typed character goes to the port as a one-character text (nothing for a zero character).
 void TerminalTyped(EditDocument* document, char16_t unit);
-// The port's notice: code 1 opens the port again, code 2 types what arrived at the caret.
-void TerminalNoticed(EditorView* view, uintptr_t wParam);
+// The port's notice: code 1 opens the port again, code 2 types what arrived at the caret. The
+// number of bytes taken (a notice whose bytes an earlier one took finds none).
+int TerminalNoticed(EditorView* view, uintptr_t wParam);

@@ -110,6 +110,7 @@ void Advance(int fd, PosixIo* io) {
                                         : write(fd, io->buffer + io->done, io->size - io->done);
     if (moved < 0 && errno == EINTR) continue;
     if (moved < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return;
+    if (moved == 0 && io->kind == kIoWrite) return;  // took nothing now: the wait tries again
     if (moved < 0 || (moved == 0 && io->kind == kIoRead)) {
       // A terminal whose other end has gone reads as end of file.
       io->error = moved < 0 ? Fail(errno) : kOsDeviceGone;

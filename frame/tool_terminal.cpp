@@ -159,7 +159,9 @@ void TerminalWindowNotice(HWND window, WPARAM wParam) {
   EditorWindow* editor = EditorWindowOf(window);
   if (!editor || !editor->document->terminal) return;
   int firstLine = editor->view.caretLine;
-  TerminalNoticed(&editor->view, wParam);
+  // A stream posts a notice per read and the first one takes everything: the rest cost nothing,
+  // so the keys queued behind them are not kept waiting.
+  if (TerminalNoticed(&editor->view, wParam) == 0 && (wParam & 0xFFFF) == 2) return;
   // Only the lines that took text can have grown wider.
   for (int line = firstLine; line <= editor->view.caretLine; ++line) {
     int columns = LineColumns(DocumentLine(editor->document, line));
