@@ -145,7 +145,6 @@ long long NowMs() {
   return now.tv_sec * 1000LL + now.tv_nsec / 1000000;
 }
 
-
 void* RunThread(void* argument) {
   auto* record = static_cast<ThreadRecord*>(argument);
   record->run(record->argument);

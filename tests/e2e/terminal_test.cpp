@@ -104,6 +104,7 @@ std::wstring Wide(const std::string& text) {
 TEST(Terminal, TalksToADeviceOnCom1) {
   std::wstring control = ControlFolder();
   ASSERT_FALSE(control.empty()) << "run through serial_line.sh";
+  long long logStart = DebugLogSize();
   QuillProcess quill;
   std::wstring exe = PrepareFreshCopy(L"terminal");
   ASSERT_TRUE(quill.Start(exe));
@@ -179,7 +180,17 @@ TEST(Terminal, TalksToADeviceOnCom1) {
   PostMessageW(terminal, WM_CLOSE, 0, 0);
   EXPECT_TRUE(WaitUntilGone(terminal));
   EXPECT_TRUE(WaitForFile(control + L"\\free", 5000));
-  EXPECT_EQ(quill.CloseAndWait(), 0);
+
+  // Quitting with a terminal open closes its port too, and leaves nothing allocated.
+  PostMessageW(quill.Frame(), WM_COMMAND, kTerminalCommand, 0);
+  dialog = WaitForWindow(quill, kPortDialogCaption);
+  ASSERT_NE(dialog, nullptr);
+  SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(WaitUntilGone(dialog));
+  EXPECT_TRUE(WaitForFile(control + L"\\held", 5000));
+  EXPECT_EQ(quill.CloseAndWait(10000), 0);
+  EXPECT_TRUE(WaitForFile(control + L"\\free", 5000));
+  EXPECT_EQ(DebugLogSince(logStart).find(">>>Leaked Memory"), std::string::npos);
 }
 
 }  // namespace
