@@ -318,10 +318,16 @@ TEST_F(SerialLine, ARefusedSettingIsLoggedAndTheLineStillWorks) {
   Finish(port);
 }
 
+// Pulled in the middle of a write that the other end was not taking: the pending write ends with
+// the worker, which says so once.
 TEST_F(SerialLine, PullingTheOtherEndEndsTheWorkerWithOneNotice) {
   SerialPort* port = Open();
   ASSERT_NE(port, nullptr);
   LogCapture log;
+  std::string pending = EveryByte(256 * 1024);
+  SendSerial(port, pending.data(), static_cast<int>(pending.size()));
+  usleep(50 * 1000);
+  SendSerial(port, pending.data(), static_cast<int>(pending.size()));  // appended meanwhile
   close(master_);
   master_ = -1;
   EXPECT_TRUE(WaitFor([&] { return notices_.Count(kSerialWorkerFailed) == 1; }));
