@@ -38,6 +38,13 @@ unsigned Outcome(BOOL done) {
   return done ? kOsIoDone : static_cast<unsigned>(GetLastError());
 }
 
+// Wine ends a serial read or write that reached its time-out with the time-out code, where
+// Windows completes it with the bytes that came: both are a completion with that count.
+unsigned Transfer(BOOL done) {
+  unsigned result = Outcome(done);
+  return result == ERROR_TIMEOUT ? kOsIoDone : result;
+}
+
 DWORD WINAPI RunThread(void* argument) {
   auto* record = static_cast<ThreadRecord*>(argument);
   return record->run(record->argument);
@@ -167,7 +174,7 @@ void OsResetSerialIo(OsSerialIo* io) {
 unsigned OsStartSerialRead(OsSerial port, OsSerialIo* io, void* buffer, unsigned size,
                            unsigned* count) {
   DWORD done = 0;
-  unsigned result = Outcome(ReadFile(Handle(port), buffer, size, &done, Overlapped(io)));
+  unsigned result = Transfer(ReadFile(Handle(port), buffer, size, &done, Overlapped(io)));
   *count = done;
   return result;
 }
@@ -175,7 +182,7 @@ unsigned OsStartSerialRead(OsSerial port, OsSerialIo* io, void* buffer, unsigned
 unsigned OsStartSerialWrite(OsSerial port, OsSerialIo* io, const void* data, unsigned size,
                             unsigned* count) {
   DWORD done = 0;
-  unsigned result = Outcome(WriteFile(Handle(port), data, size, &done, Overlapped(io)));
+  unsigned result = Transfer(WriteFile(Handle(port), data, size, &done, Overlapped(io)));
   *count = done;
   return result;
 }
@@ -195,7 +202,7 @@ void OsAbandonSerialIo(OsSerial port, OsSerialIo* io) {
 
 unsigned OsSerialIoResult(OsSerial port, OsSerialIo* io, unsigned* count) {
   DWORD done = 0;
-  unsigned result = Outcome(GetOverlappedResult(Handle(port), Overlapped(io), &done, FALSE));
+  unsigned result = Transfer(GetOverlappedResult(Handle(port), Overlapped(io), &done, FALSE));
   *count = done;
   return result;
 }
