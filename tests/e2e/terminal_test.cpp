@@ -2,6 +2,7 @@
 // (serial_line.sh); Quill talks on COM1 and this test plays the device on COM2.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 #include "tests/e2e/e2e_support.h"
@@ -157,9 +158,21 @@ TEST(Terminal, TalksToADeviceOnCom1) {
   std::string lines;
   for (int i = 0; lines.size() < (1u << 20); ++i)
     lines += "line " + std::to_string(i) + " \x01\xFF\t of the megabyte\r\n";
+  int lineCount = 0;
+  for (char c : lines)
+    lineCount += c == '\n';
+  const std::wstring lastLine = L"\tCol 1, Ln " + std::to_wstring(7 + lineCount + 1);
+  DWORD start = GetTickCount();
   ASSERT_TRUE(device.Write(lines));
   TypeText(L"x");
   EXPECT_EQ(device.Read(1, 5000), "x");
+  // The caret follows the text: the status bar names the last line once it is in.
+  while (quill.StatusText(0) != lastLine && GetTickCount() - start < 20000)
+    Sleep(10);
+  DWORD took = GetTickCount() - start;
+  EXPECT_EQ(quill.StatusText(0), lastLine);
+  EXPECT_LT(took, 4000u) << "1 MB took " << took << " ms";
+  printf("1 MB of lines shown in %lu ms\n", static_cast<unsigned long>(took));
   std::wstring expected = L"OK\r\na\r\nb\r\na\r\nb\r\na\r\nb\r\n" + Wide(lines);
   std::wstring shown;
   for (int tries = 0; tries < 20 && shown.size() < expected.size(); ++tries)
