@@ -17,8 +17,8 @@ int g_previousByte = -1;
 }  // namespace
 
 bool OpenTerminal(EditDocument* document, void* window) {
-  PortSpecification spec;
-  if (!ParsePortSpecification(document->path, &spec)) return false;
+  PortSpecification settings;
+  if (!ParsePortSpecification(document->path, &settings)) return false;
   TerminalSession* session = document->terminal;
   if (!session) {
     session =
@@ -32,8 +32,8 @@ bool OpenTerminal(EditDocument* document, void* window) {
     DestroySerialPort(session->port);
   }
   session->window = window;
-  session->port =
-      CreateSerialPort(spec.port, spec.baud, spec.parity, spec.dataBits, spec.stopBits, spec.flow);
+  session->port = CreateSerialPort(settings.port, settings.baud, settings.parity, settings.dataBits,
+                                   settings.stopBits, settings.flow);
   document->untitled = 0;
   return session->port && OpenSerialPort(session->port, window, kTerminalNotice);
 }

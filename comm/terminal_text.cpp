@@ -49,13 +49,13 @@ bool IsPortSpecification(const char* name) {
   return number >= 1 && *p == ',';
 }
 
-bool ParsePortSpecification(const char* name, PortSpecification* spec) {
+bool ParsePortSpecification(const char* name, PortSpecification* settings) {
   if (!IsPortSpecification(name)) return false;
-  *spec = PortSpecification{0, 115200, 0, 8, 0, 0};
+  *settings = PortSpecification{0, 115200, 0, 8, 0, 0};
   const char* p = name + 3;
   long long port = 0;
   ReadNumber(&p, 1LL << 40, &port);
-  spec->port = port > 0x7FFFFFFF ? 0x7FFFFFFF : static_cast<int>(port);
+  settings->port = port > 0x7FFFFFFF ? 0x7FFFFFFF : static_cast<int>(port);
   long long values[5] = {115200, 0, 8, 0, 0};
   // Like scanf, the fields are taken while each is a comma followed by a number.
   for (long long& value : values) {
@@ -63,17 +63,17 @@ bool ParsePortSpecification(const char* name, PortSpecification* spec) {
     ++p;
     if (!ReadNumber(&p, 0xFFFFFFFFLL, &value)) break;
   }
-  spec->baud = values[0] > 0 ? static_cast<uint32_t>(values[0]) : 115200;
-  spec->parity = Field(values[1], 0, 4, 0);
-  spec->dataBits = Field(values[2], 5, 8, 8);
-  spec->stopBits = Field(values[3], 0, 2, 0);
-  spec->flow = Field(values[4], 0, 2, 0);
+  settings->baud = values[0] > 0 ? static_cast<uint32_t>(values[0]) : 115200;
+  settings->parity = Field(values[1], 0, 4, 0);
+  settings->dataBits = Field(values[2], 5, 8, 8);
+  settings->stopBits = Field(values[3], 0, 2, 0);
+  settings->flow = Field(values[4], 0, 2, 0);
   return true;
 }
 
-int FormatPortSpecification(const PortSpecification* spec, char* text, int size) {
-  FormatStr(text, size, "COM%d,%d,%d,%d,%d,%d", spec->port, static_cast<int>(spec->baud),
-            spec->parity, spec->dataBits, spec->stopBits, spec->flow);
+int FormatPortSpecification(const PortSpecification* settings, char* text, int size) {
+  FormatStr(text, size, "COM%d,%d,%d,%d,%d,%d", settings->port, static_cast<int>(settings->baud),
+            settings->parity, settings->dataBits, settings->stopBits, settings->flow);
   return static_cast<int>(strlen(text));
 }
 

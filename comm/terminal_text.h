@@ -21,9 +21,9 @@ bool IsPortSpecification(const char* name);
 // The six values of a port specification; fields that are missing keep the dialog's defaults
 // (115200 baud, no parity, 8 data bits, 1 stop bit, no flow control) and numbers too large for
 // their field saturate. False when the name is not a port specification.
-bool ParsePortSpecification(const char* name, PortSpecification* spec);
+bool ParsePortSpecification(const char* name, PortSpecification* settings);
 // "COM%d,%d,%d,%d,%d,%d"; the length written.
-int FormatPortSpecification(const PortSpecification* spec, char* text, int size);
+int FormatPortSpecification(const PortSpecification* settings, char* text, int size);
 
 // The line-end rule for a received byte, given the byte before it (process-wide in the program;
 // -1 = none): a CR right after a CR is dropped; an LF becomes a CR unless a CR came just before,

@@ -101,20 +101,20 @@ unsigned UnsignedText(HWND dialog, int id) {
 void AcceptPortDialog(HWND dialog, PortDialog* data) {
   char port[32];
   GetControlText(dialog, IDC_PORT_NUMBER, port, sizeof port, false);
-  PortSpecification spec = {};
-  spec.port = (port[0] | 0x20) == 'c' ? static_cast<int>(LeadingNumber(port + 3)) : 0;
-  spec.baud = UnsignedText(dialog, IDC_PORT_BAUD);
-  spec.parity = ListIndex(dialog, IDC_PORT_PARITY);
-  spec.dataBits = static_cast<int>(UnsignedText(dialog, IDC_PORT_DATA_BITS));
-  spec.stopBits = ListIndex(dialog, IDC_PORT_STOP_BITS);
-  spec.flow = ListIndex(dialog, IDC_PORT_FLOW);
-  WriteNums(kSection, "ComPort", spec.port);
-  WriteNums(kSection, "Baudrate", static_cast<int>(spec.baud));
-  WriteNums(kSection, "Parity", spec.parity);
-  WriteNums(kSection, "DataBit", spec.dataBits);
-  WriteNums(kSection, "StopBit", spec.stopBits);
-  WriteNums(kSection, "FlowCtrl", spec.flow);
-  FormatPortSpecification(&spec, data->specification, data->size);
+  PortSpecification settings = {};
+  settings.port = (port[0] | 0x20) == 'c' ? static_cast<int>(LeadingNumber(port + 3)) : 0;
+  settings.baud = UnsignedText(dialog, IDC_PORT_BAUD);
+  settings.parity = ListIndex(dialog, IDC_PORT_PARITY);
+  settings.dataBits = static_cast<int>(UnsignedText(dialog, IDC_PORT_DATA_BITS));
+  settings.stopBits = ListIndex(dialog, IDC_PORT_STOP_BITS);
+  settings.flow = ListIndex(dialog, IDC_PORT_FLOW);
+  WriteNums(kSection, "ComPort", settings.port);
+  WriteNums(kSection, "Baudrate", static_cast<int>(settings.baud));
+  WriteNums(kSection, "Parity", settings.parity);
+  WriteNums(kSection, "DataBit", settings.dataBits);
+  WriteNums(kSection, "StopBit", settings.stopBits);
+  WriteNums(kSection, "FlowCtrl", settings.flow);
+  FormatPortSpecification(&settings, data->specification, data->size);
 }
 
 INT_PTR CALLBACK PortDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -38,7 +38,7 @@ TEST(PortSpecification, NamesThatAreAndAreNotPorts) {
 TEST(PortSpecification, FieldsDefaultsAndSaturation) {
   struct Case {
     const char* name;
-    PortSpecification spec;
+    PortSpecification settings;
   };
   const Case kCases[] = {
       {"COM2,9600,2,7,1,2", {2, 9600, 2, 7, 1, 2}},
@@ -51,17 +51,17 @@ TEST(PortSpecification, FieldsDefaultsAndSaturation) {
       {"COM99999999999,1,0,8,0,0", {0x7FFFFFFF, 1, 0, 8, 0, 0}},
   };
   for (const Case& c : kCases) {
-    PortSpecification spec;
-    ASSERT_TRUE(ParsePortSpecification(c.name, &spec)) << c.name;
-    EXPECT_EQ(spec.port, c.spec.port) << c.name;
-    EXPECT_EQ(spec.baud, c.spec.baud) << c.name;
-    EXPECT_EQ(spec.parity, c.spec.parity) << c.name;
-    EXPECT_EQ(spec.dataBits, c.spec.dataBits) << c.name;
-    EXPECT_EQ(spec.stopBits, c.spec.stopBits) << c.name;
-    EXPECT_EQ(spec.flow, c.spec.flow) << c.name;
+    PortSpecification settings;
+    ASSERT_TRUE(ParsePortSpecification(c.name, &settings)) << c.name;
+    EXPECT_EQ(settings.port, c.settings.port) << c.name;
+    EXPECT_EQ(settings.baud, c.settings.baud) << c.name;
+    EXPECT_EQ(settings.parity, c.settings.parity) << c.name;
+    EXPECT_EQ(settings.dataBits, c.settings.dataBits) << c.name;
+    EXPECT_EQ(settings.stopBits, c.settings.stopBits) << c.name;
+    EXPECT_EQ(settings.flow, c.settings.flow) << c.name;
   }
-  PortSpecification spec;
-  EXPECT_FALSE(ParsePortSpecification("COM0,9600,0,8,0,0", &spec));
+  PortSpecification settings;
+  EXPECT_FALSE(ParsePortSpecification("COM0,9600,0,8,0,0", &settings));
   char text[64];
   PortSpecification back = {12, 57600, 3, 6, 2, 1};
   FormatPortSpecification(&back, text, sizeof text);
