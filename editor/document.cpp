@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "comm/terminal_session.h"
 #include "editor/undo_record.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
@@ -53,6 +54,8 @@ void ClearLines(EditDocument* document) {
 
 void FreeDocument(EditDocument* document) {
   if (!document) return;
+  // A terminal's port goes with its document.
+  CloseTerminal(document);
   ClearLines(document);
   FreeMem(document->lines);
   FreeUndoList(document->undoList);

@@ -1,6 +1,7 @@
 // Opening a file: the size and text checks, the encoding, the tab width and the lines.
 #include <cstring>
 
+#include "comm/terminal_text.h"
 #include "editor/document.h"
 #include "editor/document_io.h"
 #include "editor/editor_host.h"
@@ -76,16 +77,6 @@ int AppendConverted(EditDocument* document, const char* bytes, int count, CountF
   int appended = AppendExpanded(document, units, length);
   FreeMem(units);
   return appended;
-}
-
-// "COM<digits>," names a serial port, not a file.
-bool IsPortSpecification(const char* path) {
-  if (strncmp(path, "COM", 3) != 0) return false;
-  int i = 3;
-  if (path[i] < '0' || path[i] > '9') return false;
-  while (path[i] >= '0' && path[i] <= '9')
-    ++i;
-  return path[i] == ',';
 }
 
 // Splits at CR, LF, CR LF or LF CR; `visit(start, length)` for each line. Returns where the

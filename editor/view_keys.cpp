@@ -1,5 +1,6 @@
 #include "editor/view_keys.h"
 
+#include "editor/document.h"
 #include "editor/editing.h"
 #include "editor/editor_view.h"
 #include "editor/pending_prefix.h"
@@ -130,6 +131,7 @@ bool ViewKeyDown(EditorView* view, int virtualKey, int modifiers) {
       KeyDelete(view);
       return true;
     case kVkTab:
+      if (view->document->terminal) return false;  // a terminal sends it as a character
       KeyTab(view, shift);
       return true;
     case kVkInsert:

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "comm/terminal_session.h"
 #include "editor/colour_runs.h"
 #include "editor/document.h"
 #include "editor/document_io.h"
@@ -14,6 +15,7 @@
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
 #include "frame/status_bar.h"
+#include "frame/tool_windows.h"
 #include "resources/resource.h"
 
 const wchar_t kEditorClassName[] = L"Quill";
@@ -100,6 +102,9 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       break;
     case WM_CHAR:
       if (editor) EditorCharacter(editor, static_cast<char16_t>(wParam));
+      return 0;
+    case kTerminalNotice:
+      TerminalWindowNotice(window, wParam);
       return 0;
     case WM_IME_STARTCOMPOSITION:
       return 0;  // no composition window: the character is shown in place

@@ -1,5 +1,6 @@
 // Keyboard, mouse, wheel and scroll-bar input of an editor window, and keeping the caret, the view
 // and the scroll bar in step.
+#include "comm/terminal_session.h"
 #include "editor/document.h"
 #include "editor/editing.h"
 #include "editor/pending_prefix.h"
@@ -157,7 +158,13 @@ bool EditorKeyDown(EditorWindow* editor, int virtualKey) {
 }
 
 void EditorCharacter(EditorWindow* editor, char16_t unit) {
-  if (!PrefixKeyTaken && PendingPrefix == kPrefixNone && unit != u'\t') DropComposition(editor);
+  bool typed = !PrefixKeyTaken && PendingPrefix == kPrefixNone;
+  if (typed && editor->document->terminal) {
+    // A terminal's keys go to the device, which echoes them if it wants them shown.
+    TerminalTyped(editor->document, unit);
+    return;
+  }
+  if (typed && unit != u'\t') DropComposition(editor);
   ViewCharacter(&editor->view, unit);
   ShowEditorStatus(editor);
 }

@@ -17,6 +17,7 @@
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
 #include "frame/status_bar.h"
+#include "frame/tool_windows.h"
 
 namespace {
 
@@ -133,7 +134,7 @@ bool OpenFile(void*, const char* path) {
 constexpr EditorHost kWindowEditorHost = {
     nullptr,    RepaintLine, RepaintAll,       CaretMoved,    TitleChanged, DocumentLoaded,
     StatusText, AskTabSize,  AskFillCharacter, AskSavePath,   SetClipboard, GetClipboard,
-    nullptr,    nullptr,     nullptr,          AskUnmappable,
+    OpenTerminalForDocument, nullptr, nullptr, AskUnmappable,
 };
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.

@@ -230,6 +230,9 @@ bool OnFrameCommand(HWND frame, int id) {
     case IDM_TOOL_BIN2SRC:
       ShowBinaryToSource(frame);
       return true;
+    case IDM_TERMINAL:
+      OpenTerminalWindow(frame);
+      return true;
     case IDM_TOOL_ERRMSG:
       ShowErrorLookup(frame);
       return true;

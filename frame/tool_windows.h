@@ -27,3 +27,11 @@ void PlaceCascaded(HWND dialog, UINT message, int* open);
 void PaintCalcBackground(HWND dialog, HDC dc);
 // Output text in the internal form (UTF-8) into a control.
 void SetToolOutput(HWND dialog, const char* text);
+
+struct EditDocument;
+// Command 39: the port dialog; on OK the terminal document it names is opened or activated.
+void OpenTerminalWindow(HWND frame);
+// The editor's terminal opener: the document's own window owns the port's notices.
+bool OpenTerminalForDocument(void* context, EditDocument* document, const char* specification);
+// The port's notice (WM_APP + 1000) in a terminal document's window.
+void TerminalWindowNotice(HWND window, WPARAM wParam);

@@ -215,3 +215,10 @@
 // The built-in logo picture (resource type RCDATA), shown by the about command when neither the
 // cache nor the server has one.
 #define IDR_LOGO_PNG 540
+#define IDD_PORT_SETTINGS 190
+#define IDC_PORT_NUMBER 100  // the ports that could be opened, "COM%d"
+#define IDC_PORT_BAUD 101
+#define IDC_PORT_PARITY 102
+#define IDC_PORT_DATA_BITS 103
+#define IDC_PORT_STOP_BITS 104
+#define IDC_PORT_FLOW 106

@@ -225,11 +225,16 @@ TEST_F(DocumentFile, PortSpecificationsGoToTheTerminalOpener) {
   snprintf(document->path, sizeof document->path, "COM3,9600,8,0,0,0");
   EXPECT_FALSE(LoadDocument(&view));
   EXPECT_EQ(terminalSpecification, "COM3,9600,8,0,0,0");
-  // Not a port: read from disk (and missing).
-  terminalSpecification.clear();
-  snprintf(document->path, sizeof document->path, "COM3.txt");
+  snprintf(document->path, sizeof document->path, "cOm12,9600");
   EXPECT_FALSE(LoadDocument(&view));
-  EXPECT_EQ(terminalSpecification, "");
+  EXPECT_EQ(terminalSpecification, "cOm12,9600");
+  // Not ports: read from disk (and missing).
+  for (const char* name : {"COM3.txt", "COM0,9600,0,8,0,0", "COM3;9600,0,8,0,0"}) {
+    terminalSpecification.clear();
+    snprintf(document->path, sizeof document->path, "%s", name);
+    EXPECT_FALSE(LoadDocument(&view));
+    EXPECT_EQ(terminalSpecification, "") << name;
+  }
 }
 
 TEST_F(DocumentFile, SourcePathIsReadButPathNamesTheDocument) {
