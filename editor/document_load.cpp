@@ -46,36 +46,51 @@ bool HasTab(const Unit* data, int count) {
   return false;
 }
 
-// Expands tabs of converted units and appends them.
-int AppendExpanded(EditDocument* document, const char16_t* units, int count) {
-  if (!HasTab(units, count)) return AppendUnits(document, units, count);
-  int expanded = ExpandedLength(units, count, 0, document->tabSize);
-  auto* target = static_cast<char16_t*>(
-      AllocMem(static_cast<size_t>(expanded) * sizeof(char16_t), kOwnerLineScratch));
-  if (!target) return 0;
-  ExpandTabs(units, count, 0, document->tabSize, target);
-  int appended = AppendUnits(document, target, expanded);
-  FreeMem(target);
-  return appended;
+// The converted units of a line and their tab expansion: one pair of blocks for a whole load,
+// grown to the longest line, instead of two allocations and a counting pass per line.
+struct LineScratch {
+  char16_t* units;
+  int unitCapacity;
+  char16_t* expanded;
+  int expandedCapacity;
+};
+
+bool Reserve(char16_t** block, int* capacity, int needed) {
+  if (needed <= *capacity) return true;
+  auto* grown = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
+  if (!grown) return false;
+  FreeMem(*block);
+  *block = grown;
+  *capacity = needed;
+  return true;
 }
 
-using CountFunction = int (*)(const char*, int);
+void FreeScratch(LineScratch* scratch) {
+  FreeMem(scratch->units);
+  FreeMem(scratch->expanded);
+}
+
+// Expands tabs of converted units and appends them.
+int AppendExpanded(EditDocument* document, const char16_t* units, int count,
+                   LineScratch* scratch) {
+  if (!HasTab(units, count)) return AppendUnits(document, units, count);
+  int expanded = ExpandedLength(units, count, 0, document->tabSize);
+  if (!Reserve(&scratch->expanded, &scratch->expandedCapacity, expanded)) return 0;
+  ExpandTabs(units, count, 0, document->tabSize, scratch->expanded);
+  return AppendUnits(document, scratch->expanded, expanded);
+}
+
 using ConvertFunction = int (*)(const char*, int, char16_t*, int);
 
-int AppendConverted(EditDocument* document, const char* bytes, int count, CountFunction counter,
-                    ConvertFunction convert) {
+// No byte of any of the byte encodings makes more than one unit, so the byte count sizes the
+// conversion without counting first.
+int AppendConverted(EditDocument* document, const char* bytes, int count, ConvertFunction convert,
+                    LineScratch* scratch) {
   if (count <= 0) return AppendUnits(document, nullptr, 0);
-  // No byte makes more than one unit; the counting forms may count a stray lead byte and its
-  // follower as one character where the conversion makes two, so the larger size is taken.
-  int needed = counter(bytes, count);
-  if (needed < count) needed = count;
-  auto* units = static_cast<char16_t*>(
-      AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
-  if (!units) return 0;
-  int length = convert(bytes, count, units, needed);
-  int appended = AppendExpanded(document, units, length);
-  FreeMem(units);
-  return appended;
+  if (!Reserve(&scratch->units, &scratch->unitCapacity, count)) return 0;
+  int length = convert(bytes, count, scratch->units, count);
+  return AppendExpanded(document, scratch->units, length, scratch);
 }
 
 // "COM<digits>," names a serial port, not a file.
@@ -166,6 +181,7 @@ void ReserveLines(EditDocument* document, const Unit* data, long long count) {
 
 void SplitInto(EditDocument* document, const char* data, long long size) {
   long long longest = 0;
+  LineScratch scratch = {};
   switch (document->encoding) {
     case UTF16: {
       const auto* units = reinterpret_cast<const char16_t*>(data);
@@ -173,23 +189,23 @@ void SplitInto(EditDocument* document, const char* data, long long size) {
       ReserveLines(document, units, count);
       document->lfOnly = FirstLineEndIsBare(units, count);
       SplitLines(units, count, false, &longest, [&](long long start, long long length) {
-        AppendUtf16Line(document, units + start, static_cast<int>(length));
+        AppendExpanded(document, units + start, static_cast<int>(length), &scratch);
       });
       break;
     }
     default: {
       ReserveLines(document, data, size);
       document->lfOnly = FirstLineEndIsBare(data, size);
-      int (*append)(EditDocument*, const char*, int) = document->encoding == JOHAP ? AppendJohabLine
-                                                       : document->encoding == UTF8
-                                                           ? AppendUtf8Line
-                                                           : AppendEucKrLine;
+      ConvertFunction convert = document->encoding == JOHAP  ? JohabLineToUtf16
+                                : document->encoding == UTF8 ? Utf8LineToUtf16
+                                                             : EucKrLineToUtf16;
       SplitLines(data, size, false, &longest, [&](long long start, long long length) {
-        append(document, data + start, static_cast<int>(length));
+        AppendConverted(document, data + start, static_cast<int>(length), convert, &scratch);
       });
       break;
     }
   }
+  FreeScratch(&scratch);
 }
 
 // A file that is there but was not read. What the window holds stays (a reload that fails keeps
@@ -208,19 +224,31 @@ LineRecord* GetLine(const EditorView* view, int index) {
 }
 
 int AppendUtf16Line(EditDocument* document, const char16_t* units, int count) {
-  return AppendExpanded(document, units, count);
+  LineScratch scratch = {};
+  int appended = AppendExpanded(document, units, count, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 int AppendEucKrLine(EditDocument* document, const char* bytes, int count) {
-  return AppendConverted(document, bytes, count, EucKrLineToUtf16Count, EucKrLineToUtf16);
+  LineScratch scratch = {};
+  int appended = AppendConverted(document, bytes, count, EucKrLineToUtf16, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 int AppendJohabLine(EditDocument* document, const char* bytes, int count) {
-  return AppendConverted(document, bytes, count, JohabLineToUtf16Count, JohabLineToUtf16);
+  LineScratch scratch = {};
+  int appended = AppendConverted(document, bytes, count, JohabLineToUtf16, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 int AppendUtf8Line(EditDocument* document, const char* bytes, int count) {
-  return AppendConverted(document, bytes, count, Utf8LineToUtf16Count, Utf8LineToUtf16);
+  LineScratch scratch = {};
+  int appended = AppendConverted(document, bytes, count, Utf8LineToUtf16, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 bool LooksLikeText(const char* data, long long size) {
