@@ -131,17 +131,23 @@ int KoreanToWide(const char* source, int sourceLength, char16_t* target, int tar
 int WideToKorean(const char16_t* source, int sourceLength, char* target, int targetSize) {
   const KoreanTables& tables = Tables();
   int written = 0;
+  if (targetSize <= 0) {
+    for (int i = 0; i < sourceLength; ++i) {
+      unsigned code = tables.codes[source[i]];
+      written += code > 0xFF ? 2 : 1;  // no code: the one default byte
+    }
+    return written;
+  }
   for (int i = 0; i < sourceLength; ++i) {
     unsigned code = tables.codes[source[i]];
     if (!code && source[i] != 0) code = kDefaultByte;
-    int length = code > 0xFF ? 2 : 1;
-    if (targetSize > 0) {
-      if (written + length > targetSize) return 0;
-      if (length == 2) target[written++] = static_cast<char>(code >> 8);
-      target[written++] = static_cast<char>(code & 0xFF);
-    } else {
-      written += length;
+    if (code > 0xFF) {
+      if (written + 2 > targetSize) return 0;
+      target[written++] = static_cast<char>(code >> 8);
+    } else if (written + 1 > targetSize) {
+      return 0;
     }
+    target[written++] = static_cast<char>(code & 0xFF);
   }
   return written;
 }
