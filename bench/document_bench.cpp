@@ -129,10 +129,11 @@ struct Figures {
 void PrintPeak(const char* name, double peakKilobytes, double floorBytes, double baseKilobytes,
                double megabytes) {
   double floorMb = floorBytes / (1 << 20) + baseKilobytes / 1024.0;
-  printf("%s peak %.1f MB (%.2fx the file), floor %.1f MB (%.2fx: %.1f MB of blocks + %.1f MB of "
-         "the program's own)\n",
-         name, peakKilobytes / 1024.0, peakKilobytes / 1024.0 / megabytes, floorMb,
-         floorMb / megabytes, floorBytes / (1 << 20), baseKilobytes / 1024.0);
+  printf(
+      "%s peak %.1f MB (%.2fx the file), floor %.1f MB (%.2fx: %.1f MB of blocks + %.1f MB of "
+      "the program's own)\n",
+      name, peakKilobytes / 1024.0, peakKilobytes / 1024.0 / megabytes, floorMb,
+      floorMb / megabytes, floorBytes / (1 << 20), baseKilobytes / 1024.0);
 }
 
 }  // namespace

@@ -63,7 +63,8 @@ size_t RoundTripByLines(const std::string& data, const std::vector<std::pair<siz
     int count = decode(text, line.second, units->data(), line.second);
     size_t size = 2 * static_cast<size_t>(count) + 2;
     if (bytes->size() < size) bytes->resize(size);
-    written += static_cast<size_t>(encode(units->data(), count, bytes->data(), static_cast<int>(size)));
+    written +=
+        static_cast<size_t>(encode(units->data(), count, bytes->data(), static_cast<int>(size)));
   }
   return written;
 }
@@ -108,15 +109,17 @@ void Measure(const char* name, const std::string& data, const char* iconvCharset
   Spread theirSpread;
   Interleave(
       9,
-      [&] { return timed([&] { ours = RoundTripByLines(data, lines, decode, encode, &units, &bytes); }); },
+      [&] {
+        return timed([&] { ours = RoundTripByLines(data, lines, decode, encode, &units, &bytes); });
+      },
       [&] { return timed([&] { theirs = IconvRoundTrip(data, iconvCharset, &wide, &back); }); },
       &ourSpread, &theirSpread);
   double megabytes = static_cast<double>(data.size()) / (1 << 20);
   printf("%-6s %5.1f MB round trip, 9 interleaved runs:", name, megabytes);
   PrintSpread("  Quill", ourSpread);
   PrintSpread("   iconv", theirSpread);
-  printf("   ratio of minima %.2f, of medians %.2f (target %.1f)\n", ourSpread.min / theirSpread.min,
-         ourSpread.median / theirSpread.median, target);
+  printf("   ratio of minima %.2f, of medians %.2f (target %.1f)\n",
+         ourSpread.min / theirSpread.min, ourSpread.median / theirSpread.median, target);
   // Both wrote back the text without its line ends.
   if (ours + 2 * lines.size() < theirs - 2 || ours > theirs)
     printf("       (sizes differ: %zu vs %zu)\n", ours, theirs);

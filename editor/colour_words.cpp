@@ -16,7 +16,7 @@ constexpr const char* kBuiltinWords[] = {
 static_assert(sizeof kBuiltinWords / sizeof kBuiltinWords[0] == 43, "the built-in words");
 
 constexpr const char* kDirectives[] = {"include", "define", "undef", "if",     "ifdef", "ifndef",
-                                   "else",    "elif",   "endif", "pragma", "error", "line"};
+                                       "else",    "elif",   "endif", "pragma", "error", "line"};
 static_assert(sizeof kDirectives / sizeof kDirectives[0] == 12, "the directives");
 
 constexpr int kWordSlots = 128;  // a power of two, about three times the longer list

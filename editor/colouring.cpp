@@ -9,14 +9,14 @@ constexpr int kDirectiveWordMax = 9;
 // What a unit below 128 starts or continues; every unit of 128 or more is a word unit that is not
 // an identifier unit. One table lookup per unit instead of a chain of range tests.
 enum UnitKind : unsigned char {
-  kBlankUnit,       // below 33
-  kSeparatorUnit,   // punctuation without a role of its own
-  kLetterUnit,      // _ $ A-Z a-z
-  kDigitUnit,       // 0-9
-  kOtherWordUnit,   // 127: part of a word, never of an identifier
-  kSlashUnit,       // '/': may open a comment
-  kQuoteUnit,       // '"' and '\''
-  kHashUnit,        // '#': a directive when only blanks stand before it
+  kBlankUnit,      // below 33
+  kSeparatorUnit,  // punctuation without a role of its own
+  kLetterUnit,     // _ $ A-Z a-z
+  kDigitUnit,      // 0-9
+  kOtherWordUnit,  // 127: part of a word, never of an identifier
+  kSlashUnit,      // '/': may open a comment
+  kQuoteUnit,      // '"' and '\''
+  kHashUnit,       // '#': a directive when only blanks stand before it
 };
 
 struct UnitKinds {
@@ -119,7 +119,8 @@ int ColourDirective(ColourRuns** runs, const char16_t* text, int length, int has
   bool known = IsDirective(text + word, wordLength);
   Mark(runs, hash, known ? kClassPreProc : kClassWrongWord);
   int end = hash + 1;
-  while (end + 1 < length && !(text[end] == u'/' && (text[end + 1] == u'/' || text[end + 1] == u'*')))
+  while (end + 1 < length &&
+         !(text[end] == u'/' && (text[end + 1] == u'/' || text[end + 1] == u'*')))
     ++end;
   if (end + 1 >= length) end = length;
   Mark(runs, end, kClassNormal);

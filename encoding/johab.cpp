@@ -64,7 +64,8 @@ constexpr JohabSyllableTables MakeSyllableTables() {
   for (unsigned i = 0; i < sizeof tables.units / sizeof tables.units[0]; ++i)
     tables.units[i] = SyllableFromJohab(kJohabFirstSyllableCode + i);
   for (unsigned i = 0; i < sizeof tables.codes / sizeof tables.codes[0]; ++i)
-    tables.codes[i] = static_cast<unsigned short>(JohabFromSyllable(static_cast<char16_t>(kSyllableBase + i)));
+    tables.codes[i] =
+        static_cast<unsigned short>(JohabFromSyllable(static_cast<char16_t>(kSyllableBase + i)));
   return tables;
 }
 
@@ -169,7 +170,8 @@ char16_t JohabToUnicode(unsigned code, char16_t fallback) {
 }
 
 unsigned UnicodeToJohab(char16_t unit, unsigned fallback) {
-  if (unit >= kSyllableBase && unit <= kLastSyllable) return kJohabSyllables.codes[unit - kSyllableBase];
+  if (unit >= kSyllableBase && unit <= kLastSyllable)
+    return kJohabSyllables.codes[unit - kSyllableBase];
   if (unsigned letter = FindJohabLetterCode(unit)) return letter;
   const JohabSymbol* symbol = SearchSymbols(
       kJohabSymbolsByUnit, unit, [](const JohabSymbol& entry) -> char16_t { return entry.unit; });

@@ -29,13 +29,15 @@ class Colouring : public KLibTest {
     KLibTest::TearDown();
   }
   // The runs as "column:class" pairs, the way quill-tool colour prints them.
-  std::string Runs(const std::u16string& line, bool startsInComment = false, bool* endsInComment = nullptr) {
+  std::string Runs(const std::u16string& line, bool startsInComment = false,
+                   bool* endsInComment = nullptr) {
     bool ends = ColourLine(&runs_, line.data(), static_cast<int>(line.size()), 0, startsInComment);
     if (endsInComment) *endsInComment = ends;
     std::string text;
     for (int i = 0; i < runs_->count; ++i) {
       if (i) text += ' ';
-      text += std::to_string(runs_->entries[i].start) + ":" + std::to_string(runs_->entries[i].colourClass);
+      text += std::to_string(runs_->entries[i].start) + ":" +
+              std::to_string(runs_->entries[i].colourClass);
     }
     return text;
   }
@@ -119,13 +121,15 @@ bool InList(std::initializer_list<const char*> list, const char16_t* word, int l
 }
 
 int WordClass(const char16_t* word, int length) {
-  if (InList({"void", "char", "int", "float", "short", "long", "double", "signed", "unsigned",
-              "__int64", "_asm", "union", "enum", "struct", "typedef", "auto", "const", "static",
-              "extern", "register", "volatile", "if", "else", "for", "do", "while", "switch",
-              "case", "break", "continue", "default", "inline", "return", "goto", "sizeof",
-              "__stdcall", "__cdecl", "__fastcall", "__DATE__", "__TIME__", "__LINE__",
-              "__FILE__", "__FUNCTION__"},
-             word, length))
+  if (InList(
+          {"void",        "char",     "int",        "float",    "short",    "long",     "double",
+           "signed",      "unsigned", "__int64",    "_asm",     "union",    "enum",     "struct",
+           "typedef",     "auto",     "const",      "static",   "extern",   "register", "volatile",
+           "if",          "else",     "for",        "do",       "while",    "switch",   "case",
+           "break",       "continue", "default",    "inline",   "return",   "goto",     "sizeof",
+           "__stdcall",   "__cdecl",  "__fastcall", "__DATE__", "__TIME__", "__LINE__", "__FILE__",
+           "__FUNCTION__"},
+          word, length))
     return kClassKeyword;
   if (IsNumber(word, length)) return kClassConst;
   if (IsDecimalDigit(word[0])) return kClassWrongWord;
@@ -168,7 +172,8 @@ bool Colour(std::vector<std::pair<int, int>>* runs, const char16_t* line, int le
     } else if (unit == u'#' && onlyBlanks) {
       onlyBlanks = false;
       int word = at + 1;
-      while (word < length && IsBlank(line[word])) ++word;
+      while (word < length && IsBlank(line[word]))
+        ++word;
       int wordLength = 0;
       while (word + wordLength < length && wordLength < 9 &&
              IsIdentifierChar(line[word + wordLength]))
@@ -201,7 +206,8 @@ bool Colour(std::vector<std::pair<int, int>>* runs, const char16_t* line, int le
       onlyBlanks = false;
     } else {
       int start = at;
-      while (at < length && IsWordChar(line[at])) ++at;
+      while (at < length && IsWordChar(line[at]))
+        ++at;
       set(start, WordClass(line + start, at - start));
       set(at, kClassNormal);
       onlyBlanks = false;
@@ -238,8 +244,9 @@ bool Scan(const char16_t* line, int length, bool inComment) {
 // Random lines built from the units and words every rule turns on, both start states.
 TEST_F(Colouring, SameRunsAsTheUnitByUnitScanner) {
   const char16_t units[] = u" \t#/*\"'\\;.aefilnrtux_$0179LUXx\x7F\x80\xAC00";
-  const char16_t* words[] = {u"int", u"__FUNCTION__", u"define", u"include", u"include_next",
-                             u"elif", u"0x1FUL", u"10l", u"sizeof", u"/*", u"*/", u"//"};
+  const char16_t* words[] = {u"int",          u"__FUNCTION__", u"define", u"include",
+                             u"include_next", u"elif",         u"0x1FUL", u"10l",
+                             u"sizeof",       u"/*",           u"*/",     u"//"};
   std::mt19937 random(25);
   std::vector<std::pair<int, int>> expected;
   for (int round = 0; round < 40000; ++round) {
@@ -270,7 +277,8 @@ TEST_F(Colouring, SameRunsAsTheUnitByUnitScanner) {
 
 TEST_F(Colouring, RunListGrowsAndOverwrites) {
   std::u16string many;
-  for (int i = 0; i < 30; ++i) many += u"a ";
+  for (int i = 0; i < 30; ++i)
+    many += u"a ";
   EXPECT_EQ(ColourLine(&runs_, many.data(), static_cast<int>(many.size()), 0, false), false);
   EXPECT_EQ(runs_->count, 60);
   EXPECT_GE(runs_->capacity, 60);
