@@ -33,17 +33,21 @@ int AppendUnits(EditDocument* document, const char16_t* units, int count) {
     LineRecord* line = length > 0 ? MakeFileLine(units + from, length) : nullptr;
     // A line whose record could not be made is left out.
     if (length > 0 && !line) continue;
+    NoteLinesChanged(document, document->lineCount, 1);
     document->lines[document->lineCount++] = line;
     ++appended;
   }
   return appended;
 }
 
-template <typename Unit>
-bool HasTab(const Unit* data, int count) {
+bool HasTab(const char16_t* data, int count) {
   for (int i = 0; i < count; ++i)
-    if (data[i] == '\t') return true;
+    if (data[i] == u'\t') return true;
   return false;
+}
+
+bool HasTab(const char* data, int count) {
+  return count > 0 && memchr(data, '\t', static_cast<size_t>(count)) != nullptr;
 }
 
 // The converted units of a line and their tab expansion: one pair of blocks for a whole load,
@@ -72,8 +76,7 @@ void FreeScratch(LineScratch* scratch) {
 }
 
 // Expands tabs of converted units and appends them.
-int AppendExpanded(EditDocument* document, const char16_t* units, int count,
-                   LineScratch* scratch) {
+int AppendExpanded(EditDocument* document, const char16_t* units, int count, LineScratch* scratch) {
   if (!HasTab(units, count)) return AppendUnits(document, units, count);
   int expanded = ExpandedLength(units, count, 0, document->tabSize);
   if (!Reserve(&scratch->expanded, &scratch->expandedCapacity, expanded)) return 0;
