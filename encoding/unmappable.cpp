@@ -1,5 +1,8 @@
 #include "encoding/unmappable.h"
 
+#include <cstdint>
+#include <cstring>
+
 #include "encoding/johab.h"
 #include "encoding/text_encoding.h"
 #include "foundation/os_codepage.h"
@@ -53,7 +56,13 @@ bool WholeLineRoundTrips(const char16_t* units, int count) {
 int CountUnmappable(const char16_t* units, int count, int encoding, int* first) {
   *first = -1;
   if (encoding != JOHAP && encoding != EUCKR) return 0;
+  // Most of a source line is ASCII, which every encoding holds: four units at a time.
   int wide = 0;
+  for (; wide + 4 <= count; wide += 4) {
+    uint64_t word;
+    memcpy(&word, units + wide, sizeof word);
+    if (word & 0xFF80FF80FF80FF80ull) break;
+  }
   while (wide < count && units[wide] < 0x80)
     ++wide;
   if (wide == count) return 0;
