@@ -201,23 +201,27 @@ void FinishLoad(EditorView* view) {
 
 // Makes room for every line of the data at once: growing the table line by line would copy it
 // over and over, which a file of a million lines cannot afford.
+// `lines` is the count when the caller has it already (the text check splits the same bytes),
+// else negative.
 template <typename Unit>
-void ReserveLines(EditDocument* document, const Unit* data, long long count) {
+void ReserveLines(EditDocument* document, const Unit* data, long long count, long long lines) {
   long long longest = 0;
-  long long lines = 0;
-  SplitLines(data, count, false, &longest, [&](long long, long long) { ++lines; });
+  if (lines < 0) {
+    lines = 0;
+    SplitLines(data, count, false, &longest, [&](long long, long long) { ++lines; });
+  }
   if (lines > 0 && lines < 0x7FFFFFFF - document->lineCapacity)
     GrowLineTable(document, static_cast<int>(lines));
 }
 
-void SplitInto(EditDocument* document, const char* data, long long size) {
+void SplitInto(EditDocument* document, const char* data, long long size, long long byteLines) {
   long long longest = 0;
   LineScratch scratch = {};
   switch (document->encoding) {
     case UTF16: {
       const auto* units = reinterpret_cast<const char16_t*>(data);
       long long count = size / 2;
-      ReserveLines(document, units, count);
+      ReserveLines(document, units, count, -1);
       document->lfOnly = FirstLineEndIsBare(units, count);
       SplitLines(units, count, false, &longest, [&](long long start, long long length) {
         AppendExpanded(document, units + start, static_cast<int>(length), &scratch);
@@ -225,7 +229,7 @@ void SplitInto(EditDocument* document, const char* data, long long size) {
       break;
     }
     default: {
-      ReserveLines(document, data, size);
+      ReserveLines(document, data, size, byteLines);
       document->lfOnly = FirstLineEndIsBare(data, size);
       ConvertFunction convert = document->encoding == JOHAP  ? JohabLineToUtf16
                                 : document->encoding == UTF8 ? Utf8LineToUtf16
@@ -282,15 +286,29 @@ int AppendUtf8Line(EditDocument* document, const char* bytes, int count) {
   return appended;
 }
 
-bool LooksLikeText(const char* data, long long size) {
+namespace {
+
+// The text check; `*byteLines` gets the lines of the bytes when no zero byte stops their split,
+// else -1.
+bool CheckText(const char* data, long long size, long long* byteLines) {
   long long longest = 0;
+  long long lines = 0;
+  bool whole =
+      SplitLines(data, size, true, &longest, [&](long long, long long) { ++lines; }) == size;
+  *byteLines = whole ? lines : -1;
+  if (whole && longest <= kMaxTextLine) return true;
   auto ignore = [](long long, long long) {};
-  if (SplitLines(data, size, true, &longest, ignore) == size && longest <= kMaxTextLine)
-    return true;
   // Perhaps UTF-16, whose bytes are full of zeros.
   const auto* units = reinterpret_cast<const char16_t*>(data);
   long long count = size / 2;
   return SplitLines(units, count, true, &longest, ignore) == count && longest <= kMaxTextLine;
+}
+
+}  // namespace
+
+bool LooksLikeText(const char* data, long long size) {
+  long long byteLines;
+  return CheckText(data, size, &byteLines);
 }
 
 bool LoadDocument(EditorView* view) {
@@ -356,7 +374,8 @@ bool LoadDocument(EditorView* view) {
   data[size] = data[size + 1] = data[size + 2] = 0;
   long long length = static_cast<long long>(size);
 
-  if (!LooksLikeText(data, length) &&
+  long long byteLines;
+  if (!CheckText(data, length, &byteLines) &&
       HostMessagePath(131, kMbOkCancel | kMbIconQuestion | kMbDefButton2, document->path) !=
           kIdOk) {
     FreeMem(data);
@@ -390,7 +409,7 @@ bool LoadDocument(EditorView* view) {
   }
 
   g_splitLine = false;
-  SplitInto(document, text, textLength);
+  SplitInto(document, text, textLength, bom == 0 ? byteLines : -1);
   FreeMem(data);
   // Johab is read but written as EUC-KR.
   if (document->encoding == JOHAP) document->encoding = EUCKR;
