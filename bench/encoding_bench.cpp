@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "encoding/line_convert.h"
 #include "foundation/library.h"
 
@@ -46,36 +47,24 @@ std::vector<std::pair<size_t, int>> Lines(const std::string& data) {
   return lines;
 }
 
-template <typename Work>
-double BestSeconds(Work work) {
-  double best = 1e30;
-  for (int run = 0; run < 3; ++run) {
-    auto start = std::chrono::steady_clock::now();
-    work();
-    std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    if (took.count() < best) best = took.count();
-  }
-  return best;
-}
-
 using Decode = int (*)(const char*, int, char16_t*, int);
-using DecodeCount = int (*)(const char*, int);
 using Encode = int (*)(const char16_t*, int, char*, int);
-using EncodeCount = int (*)(const char16_t*, int);
 
-// Decodes every line, then encodes every line back; returns the bytes written back.
+// Decodes every line, then encodes every line back; returns the bytes written back. The buffers
+// are sized as the loader and the saver size them: no byte makes more than one unit, and no unit
+// more than two bytes (plus the terminator Johab writes).
 size_t RoundTripByLines(const std::string& data, const std::vector<std::pair<size_t, int>>& lines,
-                        DecodeCount decodeCount, Decode decode, EncodeCount encodeCount,
-                        Encode encode, std::vector<char16_t>* units, std::vector<char>* bytes) {
+                        Decode decode, Encode encode, std::vector<char16_t>* units,
+                        std::vector<char>* bytes) {
   size_t written = 0;
   for (const auto& line : lines) {
     const char* text = data.data() + line.first;
-    int count = decodeCount(text, line.second);
-    units->resize(static_cast<size_t>(count));
-    count = decode(text, line.second, units->data(), count);
-    int size = encodeCount(units->data(), count) + 1;
-    bytes->resize(static_cast<size_t>(size));
-    written += static_cast<size_t>(encode(units->data(), count, bytes->data(), size));
+    if (units->size() < static_cast<size_t>(line.second)) units->resize(line.second);
+    int count = decode(text, line.second, units->data(), line.second);
+    size_t size = 2 * static_cast<size_t>(count) + 2;
+    if (bytes->size() < size) bytes->resize(size);
+    written +=
+        static_cast<size_t>(encode(units->data(), count, bytes->data(), static_cast<int>(size)));
   }
   return written;
 }
@@ -102,9 +91,8 @@ size_t IconvRoundTrip(const std::string& data, const char* charset, std::vector<
   return back->size() - targetLeft;
 }
 
-void Measure(const char* name, const std::string& data, const char* iconvCharset,
-             DecodeCount decodeCount, Decode decode, EncodeCount encodeCount, Encode encode,
-             double target) {
+void Measure(const char* name, const std::string& data, const char* iconvCharset, Decode decode,
+             Encode encode, double target) {
   std::vector<std::pair<size_t, int>> lines = Lines(data);
   std::vector<char16_t> units;
   std::vector<char> bytes;
@@ -112,17 +100,26 @@ void Measure(const char* name, const std::string& data, const char* iconvCharset
   std::vector<char> back;
   size_t ours = 0;
   size_t theirs = 0;
-  double ourSeconds = BestSeconds([&] {
-    ours = RoundTripByLines(data, lines, decodeCount, decode, encodeCount, encode, &units, &bytes);
-  });
-  double theirSeconds =
-      BestSeconds([&] { theirs = IconvRoundTrip(data, iconvCharset, &wide, &back); });
+  auto timed = [](auto work) {
+    auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  Spread ourSpread;
+  Spread theirSpread;
+  Interleave(
+      9,
+      [&] {
+        return timed([&] { ours = RoundTripByLines(data, lines, decode, encode, &units, &bytes); });
+      },
+      [&] { return timed([&] { theirs = IconvRoundTrip(data, iconvCharset, &wide, &back); }); },
+      &ourSpread, &theirSpread);
   double megabytes = static_cast<double>(data.size()) / (1 << 20);
-  printf(
-      "%-6s %6.1f MB round trip: Quill %6.3f s (%6.1f MB/s)   iconv %6.3f s (%6.1f MB/s)   ratio "
-      "%.2f (target %.1f)\n",
-      name, megabytes, ourSeconds, megabytes / ourSeconds, theirSeconds, megabytes / theirSeconds,
-      ourSeconds / theirSeconds, target);
+  printf("%-6s %5.1f MB round trip, 9 interleaved runs:", name, megabytes);
+  PrintSpread("  Quill", ourSpread);
+  PrintSpread("   iconv", theirSpread);
+  printf("   ratio of minima %.2f, of medians %.2f (target %.1f)\n",
+         ourSpread.min / theirSpread.min, ourSpread.median / theirSpread.median, target);
   // Both wrote back the text without its line ends.
   if (ours + 2 * lines.size() < theirs - 2 || ours > theirs)
     printf("       (sizes differ: %zu vs %zu)\n", ours, theirs);
@@ -139,10 +136,8 @@ int main(int argc, char** argv) {
     fprintf(stderr, "no corpus in %s\n", dataDir.c_str());
     return 1;
   }
-  Measure("EUC-KR", eucKr, "CP949", EucKrLineToUtf16Count, EucKrLineToUtf16, Utf16LineToEucKrCount,
-          Utf16LineToEucKr, 1.5);
-  Measure("Johab", johab, "JOHAB", JohabLineToUtf16Count, JohabLineToUtf16, Utf16LineToJohabCount,
-          Utf16LineToJohab, 2.0);
+  Measure("EUC-KR", eucKr, "CP949", EucKrLineToUtf16, Utf16LineToEucKr, 0.8);
+  Measure("Johab", johab, "JOHAB", JohabLineToUtf16, Utf16LineToJohab, 1.0);
   CloseKLib();
   return 0;
 }

@@ -1,6 +1,7 @@
 // Replace-all of a frequent identifier in a C source of at least 50 MB (the MinGW-w64 headers on
 // this machine, repeated), with its undo record, against one `grep -c` pass over the same file in
 // the same run; then the undo of a replace-all that touched more than 1,000,000 places.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -56,7 +57,9 @@ int main() {
     FreeUndoList(document->redoList);
     document->redoList = nullptr;
   }
-  double grep = GrepSeconds("This", path);
+  double grep = 1e30;
+  for (int round = 0; round < 3; ++round)
+    grep = std::min(grep, GrepSeconds("This", path));
   printf(
       "replace all %d places of This in %d lines (50 MB): Quill %.3f s   grep -c %.3f s   ratio "
       "%.2f (target 20)\n",

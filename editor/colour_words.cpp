@@ -4,7 +4,7 @@
 
 namespace {
 
-const char* const kBuiltinWords[] = {
+constexpr const char* kBuiltinWords[] = {
     "void",         "char",     "int",        "float",    "short",    "long",     "double",
     "signed",       "unsigned", "__int64",    "_asm",     "union",    "enum",     "struct",
     "typedef",      "auto",     "const",      "static",   "extern",   "register", "volatile",
@@ -15,9 +15,48 @@ const char* const kBuiltinWords[] = {
 };
 static_assert(sizeof kBuiltinWords / sizeof kBuiltinWords[0] == 43, "the built-in words");
 
-const char* const kDirectives[] = {"include", "define", "undef", "if",     "ifdef", "ifndef",
-                                   "else",    "elif",   "endif", "pragma", "error", "line"};
+constexpr const char* kDirectives[] = {"include", "define", "undef", "if",     "ifdef", "ifndef",
+                                       "else",    "elif",   "endif", "pragma", "error", "line"};
 static_assert(sizeof kDirectives / sizeof kDirectives[0] == 12, "the directives");
+
+constexpr int kWordSlots = 128;  // a power of two, about three times the longer list
+
+constexpr int TextLength(const char* text) {
+  int length = 0;
+  while (text[length] != '\0')
+    ++length;
+  return length;
+}
+
+// Any unit of a word may be wide: the hash takes what it needs modulo the slot count.
+constexpr unsigned WordHash(unsigned first, unsigned last, int length) {
+  return (first * 7u + last * 3u + static_cast<unsigned>(length) * 13u) & (kWordSlots - 1);
+}
+
+// An open-addressed table of a word list: each identifier of a painted file is one hash and,
+// mostly, one comparison instead of a walk along the list.
+struct WordTable {
+  signed char slot[kWordSlots];  // index into the list, -1 when free
+};
+
+template <int N>
+constexpr WordTable MakeWordTable(const char* const (&list)[N]) {
+  WordTable table = {};
+  for (int i = 0; i < kWordSlots; ++i)
+    table.slot[i] = -1;
+  for (int i = 0; i < N; ++i) {
+    int length = TextLength(list[i]);
+    unsigned at = WordHash(static_cast<unsigned char>(list[i][0]),
+                           static_cast<unsigned char>(list[i][length - 1]), length);
+    while (table.slot[at] >= 0)
+      at = (at + 1) & (kWordSlots - 1);
+    table.slot[at] = static_cast<signed char>(i);
+  }
+  return table;
+}
+
+constexpr WordTable kBuiltinTable = MakeWordTable(kBuiltinWords);
+constexpr WordTable kDirectiveTable = MakeWordTable(kDirectives);
 
 bool SameWord(const char16_t* word, int length, const char* ascii) {
   int i = 0;
@@ -28,11 +67,12 @@ bool SameWord(const char16_t* word, int length, const char* ascii) {
 }
 
 template <int N>
-bool InList(const char* const (&list)[N], const char16_t* word, int length) {
-  // Every identifier of a file being painted asks: most differ in their first unit already.
-  if (length <= 0 || word[0] > 0x7F) return false;
-  for (const char* entry : list) {
-    if (static_cast<char16_t>(entry[0]) == word[0] && SameWord(word, length, entry)) return true;
+bool InList(const char* const (&list)[N], const WordTable& table, const char16_t* word,
+            int length) {
+  if (length <= 0) return false;
+  for (unsigned at = WordHash(word[0], word[length - 1], length); table.slot[at] >= 0;
+       at = (at + 1) & (kWordSlots - 1)) {
+    if (SameWord(word, length, list[table.slot[at]])) return true;
   }
   return false;
 }
@@ -46,11 +86,11 @@ bool IsLongSuffix(const char16_t* suffix, int length) {
 }  // namespace
 
 bool IsBuiltinWord(const char16_t* word, int length) {
-  return InList(kBuiltinWords, word, length);
+  return InList(kBuiltinWords, kBuiltinTable, word, length);
 }
 
 bool IsDirective(const char16_t* word, int length) {
-  return InList(kDirectives, word, length);
+  return InList(kDirectives, kDirectiveTable, word, length);
 }
 
 bool IsNumber(const char16_t* word, int length) {

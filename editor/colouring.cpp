@@ -1,39 +1,96 @@
 #include "editor/colouring.h"
 
-#include "editor/char_class.h"
 #include "editor/colour_words.h"
 
 namespace {
 
 constexpr int kDirectiveWordMax = 9;
 
-struct LineScan {
-  ColourRuns** runs;
-  const char16_t* text;
-  int length;
-  int at;
-  bool inComment;
+// What a unit below 128 starts or continues; every unit of 128 or more is a word unit that is not
+// an identifier unit. One table lookup per unit instead of a chain of range tests.
+enum UnitKind : unsigned char {
+  kBlankUnit,      // below 33
+  kSeparatorUnit,  // punctuation without a role of its own
+  kLetterUnit,     // _ $ A-Z a-z
+  kDigitUnit,      // 0-9
+  kOtherWordUnit,  // 127: part of a word, never of an identifier
+  kSlashUnit,      // '/': may open a comment
+  kQuoteUnit,      // '"' and '\''
+  kHashUnit,       // '#': a directive when only blanks stand before it
 };
 
-bool PairAt(const LineScan& scan, int at, char16_t first, char16_t second) {
-  return at + 1 < scan.length && scan.text[at] == first && scan.text[at + 1] == second;
+struct UnitKinds {
+  UnitKind kind[128];
+};
+
+constexpr UnitKinds MakeUnitKinds() {
+  UnitKinds table = {};
+  for (int unit = 0; unit < 128; ++unit) {
+    UnitKind kind = kSeparatorUnit;
+    if (unit < 33) {
+      kind = kBlankUnit;
+    } else if (unit == '_' || unit == '$' || (unit >= 'A' && unit <= 'Z') ||
+               (unit >= 'a' && unit <= 'z')) {
+      kind = kLetterUnit;
+    } else if (unit >= '0' && unit <= '9') {
+      kind = kDigitUnit;
+    } else if (unit == 127) {
+      kind = kOtherWordUnit;
+    } else if (unit == '/') {
+      kind = kSlashUnit;
+    } else if (unit == '"' || unit == '\'') {
+      kind = kQuoteUnit;
+    } else if (unit == '#') {
+      kind = kHashUnit;
+    }
+    table.kind[unit] = kind;
+  }
+  return table;
 }
 
-// Inside a block comment: on to the unit behind the closing "*/", or the end of the line.
-void SkipComment(LineScan* scan) {
-  for (; scan->at < scan->length; ++scan->at) {
-    if (PairAt(*scan, scan->at, u'*', u'/')) {
-      scan->at += 2;
-      scan->inComment = false;
-      SetColourClass(scan->runs, scan->at, kClassNormal);
+constexpr UnitKinds kUnitKinds = MakeUnitKinds();
+
+inline UnitKind KindOf(char16_t unit) {
+  return unit < 128 ? kUnitKinds.kind[unit] : kOtherWordUnit;
+}
+
+// SetColourClass with its common cases inline: most lines fit the list the view keeps.
+inline void Mark(ColourRuns** runs, int start, int colourClass) {
+  ColourRuns* list = *runs;
+  if (list) {
+    if (list->count > 0 && list->entries[list->count - 1].start == start) {
+      list->entries[list->count - 1].colourClass = static_cast<unsigned short>(colourClass);
+      return;
+    }
+    if (list->count < list->capacity) {
+      list->entries[list->count].start = static_cast<unsigned short>(start);
+      list->entries[list->count].colourClass = static_cast<unsigned short>(colourClass);
+      ++list->count;
       return;
     }
   }
+  SetColourClass(runs, start, colourClass);
+}
+
+// Bits of the units below 64 that the comment scan must stop at outside a comment: " ' /.
+constexpr unsigned long long kCommentStops = (1ull << '"') | (1ull << '\'') | (1ull << '/');
+
+inline bool IsCommentStop(char16_t unit) {
+  return unit < 64 && ((kCommentStops >> unit) & 1) != 0;
+}
+
+// Inside a block comment from `at`: the position behind the closing "*/", or -1 when the line
+// ends first.
+inline int CommentEnd(const char16_t* text, int length, int at) {
+  for (; at + 1 < length; ++at) {
+    if (text[at] == u'*' && text[at + 1] == u'/') return at + 2;
+  }
+  return -1;
 }
 
 // A quoted literal from its opening quote: to the matching quote, past escaped units, or to the
 // end of the line. Returns the position behind it.
-int LiteralEnd(const char16_t* text, int length, int at) {
+inline int LiteralEnd(const char16_t* text, int length, int at) {
   char16_t quote = text[at++];
   while (at < length) {
     if (text[at] == u'\\') {
@@ -45,34 +102,29 @@ int LiteralEnd(const char16_t* text, int length, int at) {
   return length;
 }
 
-// A preprocessor line from its '#': known directives are one class, anything else the wrong-word
-// class, up to a comment on the same line.
-void ColourDirective(LineScan* scan) {
-  int hash = scan->at;
-  int word = hash + 1;
-  while (word < scan->length && IsBlank(scan->text[word]))
-    ++word;
-  int wordLength = 0;
-  while (word + wordLength < scan->length && wordLength < kDirectiveWordMax &&
-         IsIdentifierChar(scan->text[word + wordLength]))
-    ++wordLength;
-  bool known = IsDirective(scan->text + word, wordLength);
-  SetColourClass(scan->runs, hash, known ? kClassPreProc : kClassWrongWord);
-  int end = hash + 1;
-  while (end < scan->length && !PairAt(*scan, end, u'/', u'/') && !PairAt(*scan, end, u'/', u'*'))
-    ++end;
-  SetColourClass(scan->runs, end, kClassNormal);
-  scan->at = end;
+inline bool IsIdentifierKind(UnitKind kind) {
+  return kind == kLetterUnit || kind == kDigitUnit;
 }
 
-int WordClass(const char16_t* word, int length) {
-  if (IsBuiltinWord(word, length)) return kClassKeyword;
-  if (IsNumber(word, length)) return kClassConst;
-  if (IsDecimalDigit(word[0])) return kClassWrongWord;
-  for (int i = 0; i < length; ++i) {
-    if (!IsIdentifierChar(word[i])) return kClassWrongWord;
-  }
-  return kClassUserWord;
+// A preprocessor line from its '#': known directives are one class, anything else the wrong-word
+// class, up to a comment on the same line. Returns where the scan goes on.
+int ColourDirective(ColourRuns** runs, const char16_t* text, int length, int hash) {
+  int word = hash + 1;
+  while (word < length && KindOf(text[word]) == kBlankUnit)
+    ++word;
+  int wordLength = 0;
+  while (word + wordLength < length && wordLength < kDirectiveWordMax &&
+         IsIdentifierKind(KindOf(text[word + wordLength])))
+    ++wordLength;
+  bool known = IsDirective(text + word, wordLength);
+  Mark(runs, hash, known ? kClassPreProc : kClassWrongWord);
+  int end = hash + 1;
+  while (end + 1 < length &&
+         !(text[end] == u'/' && (text[end + 1] == u'/' || text[end + 1] == u'*')))
+    ++end;
+  if (end + 1 >= length) end = length;
+  Mark(runs, end, kClassNormal);
+  return end;
 }
 
 }  // namespace
@@ -82,65 +134,106 @@ bool ColourLine(ColourRuns** runs, const char16_t* line, int length, int lineInd
   (void)lineIndex;
   if (*runs) (*runs)->count = 0;
   if (length <= 0) return startsInComment;
-  LineScan scan = {runs, line, length, 0, startsInComment};
-  if (startsInComment) SetColourClass(runs, 0, kClassRemark);
+  bool inComment = startsInComment;
+  if (inComment) Mark(runs, 0, kClassRemark);
   bool onlyBlanks = true;
-  while (scan.at < length) {
-    if (scan.inComment) {
-      SkipComment(&scan);
+  int at = 0;
+  while (at < length) {
+    if (inComment) {
+      at = CommentEnd(line, length, at);
+      if (at < 0) return true;
+      inComment = false;
       onlyBlanks = false;
+      Mark(runs, at, kClassNormal);
       continue;
     }
-    char16_t unit = line[scan.at];
-    if (IsBlank(unit)) {
-      ++scan.at;
-    } else if (unit == u'#' && onlyBlanks) {
-      onlyBlanks = false;
-      ColourDirective(&scan);
-    } else if (PairAt(scan, scan.at, u'/', u'/')) {
-      SetColourClass(runs, scan.at, kClassRemark);
-      break;
-    } else if (PairAt(scan, scan.at, u'/', u'*')) {
-      SetColourClass(runs, scan.at, kClassRemark);
-      scan.at += 2;
-      scan.inComment = true;
-      onlyBlanks = false;
-    } else if (unit == u'"' || unit == u'\'') {
-      SetColourClass(runs, scan.at, kClassConst);
-      scan.at = LiteralEnd(line, length, scan.at);
-      SetColourClass(runs, scan.at, kClassNormal);
-      onlyBlanks = false;
-    } else if (IsSeparator(unit)) {
-      ++scan.at;
-      onlyBlanks = false;
-    } else {
-      int start = scan.at;
-      while (scan.at < length && IsWordChar(line[scan.at]))
-        ++scan.at;
-      SetColourClass(runs, start, WordClass(line + start, scan.at - start));
-      SetColourClass(runs, scan.at, kClassNormal);
-      onlyBlanks = false;
+    switch (KindOf(line[at])) {
+      case kBlankUnit:
+        ++at;
+        break;
+      case kSeparatorUnit:
+        ++at;
+        onlyBlanks = false;
+        break;
+      case kHashUnit:
+        if (onlyBlanks) {
+          at = ColourDirective(runs, line, length, at);
+        } else {
+          ++at;
+        }
+        onlyBlanks = false;
+        break;
+      case kSlashUnit:
+        if (at + 1 < length && line[at + 1] == u'/') {
+          Mark(runs, at, kClassRemark);
+          return false;
+        }
+        if (at + 1 < length && line[at + 1] == u'*') {
+          Mark(runs, at, kClassRemark);
+          at += 2;
+          inComment = true;
+        } else {
+          ++at;
+        }
+        onlyBlanks = false;
+        break;
+      case kQuoteUnit:
+        Mark(runs, at, kClassConst);
+        at = LiteralEnd(line, length, at);
+        Mark(runs, at, kClassNormal);
+        onlyBlanks = false;
+        break;
+      case kLetterUnit:
+      case kDigitUnit:
+      case kOtherWordUnit: {
+        // A word runs over identifier units, 127 and every unit of 128 or more; any unit of the
+        // last two makes it a wrong word, since no built-in word or number holds one.
+        int start = at;
+        bool identifier = true;
+        for (; at < length; ++at) {
+          UnitKind kind = KindOf(line[at]);
+          if (IsIdentifierKind(kind)) continue;
+          if (kind != kOtherWordUnit) break;
+          identifier = false;
+        }
+        int colourClass = kClassWrongWord;
+        if (identifier) {
+          if (KindOf(line[start]) == kDigitUnit) {
+            if (IsNumber(line + start, at - start)) colourClass = kClassConst;
+          } else {
+            colourClass = IsBuiltinWord(line + start, at - start) ? kClassKeyword : kClassUserWord;
+          }
+        }
+        Mark(runs, start, colourClass);
+        Mark(runs, at, kClassNormal);
+        onlyBlanks = false;
+        break;
+      }
     }
   }
-  return scan.inComment;
+  return inComment;
 }
 
 bool ScanCommentState(const char16_t* line, int length, bool startsInComment) {
   bool inComment = startsInComment;
-  for (int at = 0; at < length;) {
-    bool pairAhead = at + 1 < length;
+  int at = 0;
+  while (at < length) {
     if (inComment) {
-      if (pairAhead && line[at] == u'*' && line[at + 1] == u'/') {
-        inComment = false;
-        at += 2;
-      } else {
-        ++at;
-      }
-    } else if (line[at] == u'"' || line[at] == u'\'') {
+      at = CommentEnd(line, length, at);
+      if (at < 0) return true;
+      inComment = false;
+      continue;
+    }
+    // Outside a comment only a quote or a slash matters.
+    while (at < length && !IsCommentStop(line[at]))
+      ++at;
+    if (at >= length) break;
+    char16_t unit = line[at];
+    if (unit == u'"' || unit == u'\'') {
       at = LiteralEnd(line, length, at);
-    } else if (pairAhead && line[at] == u'/' && line[at + 1] == u'/') {
+    } else if (unit == u'/' && at + 1 < length && line[at + 1] == u'/') {
       break;
-    } else if (pairAhead && line[at] == u'/' && line[at + 1] == u'*') {
+    } else if (unit == u'/' && at + 1 < length && line[at + 1] == u'*') {
       inComment = true;
       at += 2;
     } else {

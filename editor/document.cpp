@@ -18,6 +18,7 @@ EditDocument* AllocDocument() {
   if (!document) return nullptr;
   memset(document, 0, sizeof *document);
   document->scrollScale = 1;
+  document->commentFrom = kStatesClean;
   for (BookmarkPosition& mark : document->bookmarks)
     mark = {-1, -1};
   return document;
@@ -50,6 +51,19 @@ void ClearLines(EditDocument* document) {
   for (int i = 0; i < document->lineCount; ++i)
     FreeLine(document->lines[i]);
   document->lineCount = 0;
+  document->commentFrom = kStatesClean;
+  document->paintedFrom = document->paintedEnd = 0;
+}
+
+void NoteLinesChanged(EditDocument* document, int first, int count) {
+  if (count <= 0) return;
+  if (document->commentFrom == kStatesClean) {
+    document->commentFrom = first;
+    document->changedEnd = first + count;
+    return;
+  }
+  if (first < document->commentFrom) document->commentFrom = first;
+  if (first + count > document->changedEnd) document->changedEnd = first + count;
 }
 
 void FreeDocument(EditDocument* document) {
@@ -87,6 +101,11 @@ bool InsertLineSlots(EditDocument* document, int index, int count) {
   for (int i = 0; i < count; ++i)
     document->lines[index + i] = nullptr;
   document->lineCount += count;
+  // Ranges below the new lines move down with their lines.
+  if (document->commentFrom != kStatesClean && document->changedEnd > index)
+    document->changedEnd += count;
+  if (document->paintedEnd > index) document->paintedEnd += count;
+  NoteLinesChanged(document, index, count);
   return true;
 }
 
@@ -98,6 +117,18 @@ void RemoveLines(EditDocument* document, int index, int count) {
   memmove(document->lines + index, document->lines + index + count,
           static_cast<size_t>(document->lineCount - index - count) * sizeof(LineRecord*));
   document->lineCount -= count;
+  // The line that moves up to `index` keeps its text but may start in another state.
+  auto shrink = [index, count](int32_t* end) {
+    if (*end > index) *end = *end - index > count ? *end - count : index;
+  };
+  if (document->commentFrom == kStatesClean) {
+    document->commentFrom = document->changedEnd = index;
+  } else {
+    shrink(&document->changedEnd);
+    if (index < document->commentFrom) document->commentFrom = index;
+  }
+  shrink(&document->paintedFrom);
+  shrink(&document->paintedEnd);
 }
 
 LineRecord* DocumentLine(const EditDocument* document, int index) {
@@ -112,4 +143,5 @@ void SetLine(EditDocument* document, int index, LineRecord* line) {
   }
   if (document->lines[index] != line) FreeLine(document->lines[index]);
   document->lines[index] = line;
+  NoteLinesChanged(document, index, 1);
 }

@@ -37,6 +37,15 @@ struct EditDocument {
   uint32_t undoGroup;     // nonzero while one command's records are being made
   uint32_t fileStamp;     // 0xFFFFFFFF when the file is missing
   TerminalSession* terminal;
+  // The comment states are brought up to date lazily, as far as a paint needs them: from line
+  // commentFrom on a state may be stale (kStatesClean: none is), and the lines from commentFrom up
+  // to changedEnd have new text, so no state there can be trusted as it stands.
+  int32_t commentFrom;
+  int32_t changedEnd;
+  // Lines whose state painting took from the colour scan where the plain scan disagrees (a
+  // preprocessor line); the next full repaint scans them again.
+  int32_t paintedFrom;
+  int32_t paintedEnd;
   char path[kPathSize];        // internal form
   char sourcePath[kPathSize];  // read from here instead of path when not empty
 };
@@ -64,3 +73,8 @@ void RemoveLines(EditDocument* document, int index, int count);
 LineRecord* DocumentLine(const EditDocument* document, int index);
 // Replaces the record at index (freeing the old one).
 void SetLine(EditDocument* document, int index, LineRecord* line);
+
+constexpr int32_t kStatesClean = 0x7FFFFFFF;
+// Lines [first, first + count) have new text: their comment states and those below are stale.
+// Every change of the line table or of a line's text passes here.
+void NoteLinesChanged(EditDocument* document, int first, int count);

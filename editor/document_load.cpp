@@ -1,4 +1,5 @@
 // Opening a file: the size and text checks, the encoding, the tab width and the lines.
+#include <cstdint>
 #include <cstring>
 
 #include "comm/terminal_text.h"
@@ -34,49 +35,92 @@ int AppendUnits(EditDocument* document, const char16_t* units, int count) {
     LineRecord* line = length > 0 ? MakeFileLine(units + from, length) : nullptr;
     // A line whose record could not be made is left out.
     if (length > 0 && !line) continue;
+    NoteLinesChanged(document, document->lineCount, 1);
     document->lines[document->lineCount++] = line;
     ++appended;
   }
   return appended;
 }
 
-template <typename Unit>
-bool HasTab(const Unit* data, int count) {
+bool HasTab(const char16_t* data, int count) {
   for (int i = 0; i < count; ++i)
-    if (data[i] == '\t') return true;
+    if (data[i] == u'\t') return true;
   return false;
 }
 
-// Expands tabs of converted units and appends them.
-int AppendExpanded(EditDocument* document, const char16_t* units, int count) {
-  if (!HasTab(units, count)) return AppendUnits(document, units, count);
-  int expanded = ExpandedLength(units, count, 0, document->tabSize);
-  auto* target = static_cast<char16_t*>(
-      AllocMem(static_cast<size_t>(expanded) * sizeof(char16_t), kOwnerLineScratch));
-  if (!target) return 0;
-  ExpandTabs(units, count, 0, document->tabSize, target);
-  int appended = AppendUnits(document, target, expanded);
-  FreeMem(target);
-  return appended;
+bool HasTab(const char* data, int count) {
+  return count > 0 && memchr(data, '\t', static_cast<size_t>(count)) != nullptr;
 }
 
-using CountFunction = int (*)(const char*, int);
+// The converted units of a line and their tab expansion: one pair of blocks for a whole load,
+// grown to the longest line, instead of two allocations and a counting pass per line.
+struct LineScratch {
+  char16_t* units;
+  int unitCapacity;
+  char16_t* expanded;
+  int expandedCapacity;
+};
+
+bool Reserve(char16_t** block, int* capacity, int needed) {
+  if (needed <= *capacity) return true;
+  auto* grown = static_cast<char16_t*>(
+      AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
+  if (!grown) return false;
+  FreeMem(*block);
+  *block = grown;
+  *capacity = needed;
+  return true;
+}
+
+void FreeScratch(LineScratch* scratch) {
+  FreeMem(scratch->units);
+  FreeMem(scratch->expanded);
+}
+
+// Expands tabs of converted units and appends them.
+int AppendExpanded(EditDocument* document, const char16_t* units, int count, LineScratch* scratch) {
+  if (!HasTab(units, count)) return AppendUnits(document, units, count);
+  int expanded = ExpandedLength(units, count, 0, document->tabSize);
+  if (!Reserve(&scratch->expanded, &scratch->expandedCapacity, expanded)) return 0;
+  ExpandTabs(units, count, 0, document->tabSize, scratch->expanded);
+  return AppendUnits(document, scratch->expanded, expanded);
+}
+
 using ConvertFunction = int (*)(const char*, int, char16_t*, int);
 
-int AppendConverted(EditDocument* document, const char* bytes, int count, CountFunction counter,
-                    ConvertFunction convert) {
+// No byte of any of the byte encodings makes more than one unit, so the byte count sizes the
+// conversion without counting first.
+int AppendConverted(EditDocument* document, const char* bytes, int count, ConvertFunction convert,
+                    LineScratch* scratch) {
   if (count <= 0) return AppendUnits(document, nullptr, 0);
-  // No byte makes more than one unit; the counting forms may count a stray lead byte and its
-  // follower as one character where the conversion makes two, so the larger size is taken.
-  int needed = counter(bytes, count);
-  if (needed < count) needed = count;
-  auto* units = static_cast<char16_t*>(
-      AllocMem(static_cast<size_t>(needed) * sizeof(char16_t), kOwnerLineScratch));
-  if (!units) return 0;
-  int length = convert(bytes, count, units, needed);
-  int appended = AppendExpanded(document, units, length);
-  FreeMem(units);
-  return appended;
+  if (!Reserve(&scratch->units, &scratch->unitCapacity, count)) return 0;
+  int length = convert(bytes, count, scratch->units, count);
+  return AppendExpanded(document, scratch->units, length, scratch);
+}
+
+// The first unit from `i` on that is a CR, an LF or (when `stopAtZero`) a zero; count when none.
+long long NextStop(const char16_t* data, long long i, long long count, bool stopAtZero) {
+  while (i < count && data[i] != 13 && data[i] != 10 && (data[i] != 0 || !stopAtZero))
+    ++i;
+  return i;
+}
+
+// The same over bytes, eight at a time while none of the eight can stop the scan: the loader
+// splits a file three times (the text check, the count of lines, the lines themselves).
+long long NextStop(const char* data, long long i, long long count, bool stopAtZero) {
+  constexpr uint64_t kOnes = 0x0101010101010101ull;
+  constexpr uint64_t kHighs = 0x8080808080808080ull;
+  auto hasZeroByte = [](uint64_t word) { return (word - kOnes) & ~word & kHighs; };
+  for (; i + 8 <= count; i += 8) {
+    uint64_t word;
+    memcpy(&word, data + i, sizeof word);
+    uint64_t stops = hasZeroByte(word ^ (kOnes * 13)) | hasZeroByte(word ^ (kOnes * 10));
+    if (stopAtZero) stops |= hasZeroByte(word);
+    if (stops) break;
+  }
+  while (i < count && data[i] != 13 && data[i] != 10 && (data[i] != 0 || !stopAtZero))
+    ++i;
+  return i;
 }
 
 // Splits at CR, LF, CR LF or LF CR; `visit(start, length)` for each line. Returns where the
@@ -88,6 +132,8 @@ long long SplitLines(const Unit* data, long long count, bool stopAtZero, long lo
   long long i = 0;
   *longest = 0;
   for (; i < count; ++i) {
+    i = NextStop(data, i, count, stopAtZero);
+    if (i == count) break;
     Unit unit = data[i];
     if (unit == 0 && stopAtZero) break;
     if (unit != 13 && unit != 10) continue;
@@ -146,41 +192,46 @@ void FinishLoad(EditorView* view) {
 
 // Makes room for every line of the data at once: growing the table line by line would copy it
 // over and over, which a file of a million lines cannot afford.
+// `lines` is the count when the caller has it already (the text check splits the same bytes),
+// else negative.
 template <typename Unit>
-void ReserveLines(EditDocument* document, const Unit* data, long long count) {
+void ReserveLines(EditDocument* document, const Unit* data, long long count, long long lines) {
   long long longest = 0;
-  long long lines = 0;
-  SplitLines(data, count, false, &longest, [&](long long, long long) { ++lines; });
+  if (lines < 0) {
+    lines = 0;
+    SplitLines(data, count, false, &longest, [&](long long, long long) { ++lines; });
+  }
   if (lines > 0 && lines < 0x7FFFFFFF - document->lineCapacity)
     GrowLineTable(document, static_cast<int>(lines));
 }
 
-void SplitInto(EditDocument* document, const char* data, long long size) {
+void SplitInto(EditDocument* document, const char* data, long long size, long long byteLines) {
   long long longest = 0;
+  LineScratch scratch = {};
   switch (document->encoding) {
     case UTF16: {
       const auto* units = reinterpret_cast<const char16_t*>(data);
       long long count = size / 2;
-      ReserveLines(document, units, count);
+      ReserveLines(document, units, count, -1);
       document->lfOnly = FirstLineEndIsBare(units, count);
       SplitLines(units, count, false, &longest, [&](long long start, long long length) {
-        AppendUtf16Line(document, units + start, static_cast<int>(length));
+        AppendExpanded(document, units + start, static_cast<int>(length), &scratch);
       });
       break;
     }
     default: {
-      ReserveLines(document, data, size);
+      ReserveLines(document, data, size, byteLines);
       document->lfOnly = FirstLineEndIsBare(data, size);
-      int (*append)(EditDocument*, const char*, int) = document->encoding == JOHAP ? AppendJohabLine
-                                                       : document->encoding == UTF8
-                                                           ? AppendUtf8Line
-                                                           : AppendEucKrLine;
+      ConvertFunction convert = document->encoding == JOHAP  ? JohabLineToUtf16
+                                : document->encoding == UTF8 ? Utf8LineToUtf16
+                                                             : EucKrLineToUtf16;
       SplitLines(data, size, false, &longest, [&](long long start, long long length) {
-        append(document, data + start, static_cast<int>(length));
+        AppendConverted(document, data + start, static_cast<int>(length), convert, &scratch);
       });
       break;
     }
   }
+  FreeScratch(&scratch);
 }
 
 // A file that is there but was not read. What the window holds stays (a reload that fails keeps
@@ -199,30 +250,56 @@ LineRecord* GetLine(const EditorView* view, int index) {
 }
 
 int AppendUtf16Line(EditDocument* document, const char16_t* units, int count) {
-  return AppendExpanded(document, units, count);
+  LineScratch scratch = {};
+  int appended = AppendExpanded(document, units, count, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 int AppendEucKrLine(EditDocument* document, const char* bytes, int count) {
-  return AppendConverted(document, bytes, count, EucKrLineToUtf16Count, EucKrLineToUtf16);
+  LineScratch scratch = {};
+  int appended = AppendConverted(document, bytes, count, EucKrLineToUtf16, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 int AppendJohabLine(EditDocument* document, const char* bytes, int count) {
-  return AppendConverted(document, bytes, count, JohabLineToUtf16Count, JohabLineToUtf16);
+  LineScratch scratch = {};
+  int appended = AppendConverted(document, bytes, count, JohabLineToUtf16, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
 int AppendUtf8Line(EditDocument* document, const char* bytes, int count) {
-  return AppendConverted(document, bytes, count, Utf8LineToUtf16Count, Utf8LineToUtf16);
+  LineScratch scratch = {};
+  int appended = AppendConverted(document, bytes, count, Utf8LineToUtf16, &scratch);
+  FreeScratch(&scratch);
+  return appended;
 }
 
-bool LooksLikeText(const char* data, long long size) {
+namespace {
+
+// The text check; `*byteLines` gets the lines of the bytes when no zero byte stops their split,
+// else -1.
+bool CheckText(const char* data, long long size, long long* byteLines) {
   long long longest = 0;
+  long long lines = 0;
+  bool whole =
+      SplitLines(data, size, true, &longest, [&](long long, long long) { ++lines; }) == size;
+  *byteLines = whole ? lines : -1;
+  if (whole && longest <= kMaxTextLine) return true;
   auto ignore = [](long long, long long) {};
-  if (SplitLines(data, size, true, &longest, ignore) == size && longest <= kMaxTextLine)
-    return true;
   // Perhaps UTF-16, whose bytes are full of zeros.
   const auto* units = reinterpret_cast<const char16_t*>(data);
   long long count = size / 2;
   return SplitLines(units, count, true, &longest, ignore) == count && longest <= kMaxTextLine;
+}
+
+}  // namespace
+
+bool LooksLikeText(const char* data, long long size) {
+  long long byteLines;
+  return CheckText(data, size, &byteLines);
 }
 
 bool LoadDocument(EditorView* view) {
@@ -288,7 +365,8 @@ bool LoadDocument(EditorView* view) {
   data[size] = data[size + 1] = data[size + 2] = 0;
   long long length = static_cast<long long>(size);
 
-  if (!LooksLikeText(data, length) &&
+  long long byteLines;
+  if (!CheckText(data, length, &byteLines) &&
       HostMessagePath(131, kMbOkCancel | kMbIconQuestion | kMbDefButton2, document->path) !=
           kIdOk) {
     FreeMem(data);
@@ -322,7 +400,7 @@ bool LoadDocument(EditorView* view) {
   }
 
   g_splitLine = false;
-  SplitInto(document, text, textLength);
+  SplitInto(document, text, textLength, bom == 0 ? byteLines : -1);
   FreeMem(data);
   // Johab is read but written as EUC-KR.
   if (document->encoding == JOHAP) document->encoding = EUCKR;

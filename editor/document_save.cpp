@@ -48,18 +48,9 @@ bool WriteUnits(LineWriter* writer, const char16_t* units, int count) {
     SafeFileWrite(writer->file, units, static_cast<unsigned>(count) * 2);
     return true;
   }
-  int needed = 0;
-  switch (writer->encoding) {
-    case UTF8:
-      needed = Utf16LineToUtf8Count(units, count);
-      break;
-    case JOHAP:
-      needed = Utf16LineToJohabCount(units, count) + 2;  // room for the terminator it writes
-      break;
-    default:
-      needed = Utf16LineToEucKrCount(units, count);
-      break;
-  }
+  // Bounds instead of counting passes: UTF-8 takes at most 3 bytes a unit (a pair 4 for its two
+  // units), the Korean codes at most 2, and Johab room for the terminator it writes.
+  int needed = writer->encoding == UTF8 ? 3 * count : 2 * count + 2;
   if (needed <= 0) return true;
   void* block = writer->bytes;
   if (!Reserve(&block, &writer->capacity, needed, 1)) return false;

@@ -24,16 +24,16 @@ const EditorHost* SetEditorHost(const EditorHost* host) {
   return previous;
 }
 
-// Every change of the text asks for a repaint of what it touched, so the lines' comment states
-// are brought up to date here, before anything is painted from them: from a changed line on, or
-// the whole document after a change of many lines (a load, an undo, a replace-all).
+// Every change of the text notes the lines it touched in the document; painting brings the
+// comment states up to date from there as far as the lines it shows. A full repaint also scans
+// again the lines whose painted state came from the colour scan, as a pass over every line did.
 void EditorRepaintLine(EditorView* view, int line) {
   if (view && view->document) RefreshCommentStates(view->document, line);
   if (g_host->repaintLine) g_host->repaintLine(g_host->context, view, line);
 }
 
 void EditorRepaintAll(EditorView* view) {
-  if (view && view->document) ComputeCommentStates(view->document);
+  if (view && view->document) ForgetPaintedStates(view->document);
   if (g_host->repaintAll) g_host->repaintAll(g_host->context, view);
 }
 

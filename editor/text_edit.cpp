@@ -60,6 +60,7 @@ bool ReplaceUnits(EditDocument* document, int line, int index, int removeCount,
             static_cast<size_t>(length - index - removeCount) * sizeof(char16_t));
     if (count) memcpy(old->text + index, units, static_cast<size_t>(count) * sizeof(char16_t));
     old->length = static_cast<uint16_t>(newLength);
+    NoteLinesChanged(document, line, 1);
     return true;
   }
   int capacity = count > 0 && newLength > length ? newLength + kEditSlack : newLength;

@@ -11,7 +11,7 @@ constexpr unsigned kLastSyllable = 0xD7A3;
 constexpr int kMedials = 21;
 constexpr int kFinals = 28;
 
-bool IsSyllableLead(unsigned lead) {
+constexpr bool IsSyllableLead(unsigned lead) {
   return lead >= 0x88 && lead <= 0xD3;
 }
 bool IsSymbolLead(unsigned lead) {
@@ -20,16 +20,16 @@ bool IsSymbolLead(unsigned lead) {
 
 // Medial codes 3-7, 10-15, 18-23, 26-29 close up to 0-20 (two unused codes before each group);
 // final codes 1-17, 19-29 to 0-27. Codes outside the groups give what the arithmetic gives.
-int MedialIndex(int code) {
+constexpr int MedialIndex(int code) {
   return code - 3 - 2 * ((code - 2) / 8);
 }
-int FinalIndex(int code) {
+constexpr int FinalIndex(int code) {
   return code - 1 - (code >= 19 ? 1 : 0);
 }
-int MedialCode(int index) {
+constexpr int MedialCode(int index) {
   return index + 3 + 2 * ((index >= 5) + (index >= 11) + (index >= 17));
 }
-int FinalCode(int index) {
+constexpr int FinalCode(int index) {
   return index + 1 + (index >= 17 ? 1 : 0);
 }
 
@@ -43,20 +43,30 @@ bool IsFinalCode(int code) {
   return index >= 0 && index < kFinals && FinalCode(index) == code;
 }
 
-char16_t SyllableFromJohab(unsigned code) {
+constexpr char16_t SyllableFromJohab(unsigned code) {
   int initial = static_cast<int>((code >> 10) & 0x1F) - 2;
   int medial = MedialIndex(static_cast<int>((code >> 5) & 0x1F));
   int final = FinalIndex(static_cast<int>(code & 0x1F));
   return static_cast<char16_t>(kSyllableBase + (initial * kMedials + medial) * kFinals + final);
 }
 
-unsigned JohabFromSyllable(char16_t unit) {
+constexpr unsigned JohabFromSyllable(char16_t unit) {
   int index = unit - kSyllableBase;
   int initial = index / (kMedials * kFinals);
   int medial = index / kFinals % kMedials;
   int final = index % kFinals;
   return 0x8000u | static_cast<unsigned>(initial + 2) << 10 |
          static_cast<unsigned>(MedialCode(medial)) << 5 | static_cast<unsigned>(FinalCode(final));
+}
+
+constexpr JohabSyllableTables MakeSyllableTables() {
+  JohabSyllableTables tables = {};
+  for (unsigned i = 0; i < sizeof tables.units / sizeof tables.units[0]; ++i)
+    tables.units[i] = SyllableFromJohab(kJohabFirstSyllableCode + i);
+  for (unsigned i = 0; i < sizeof tables.codes / sizeof tables.codes[0]; ++i)
+    tables.codes[i] =
+        static_cast<unsigned short>(JohabFromSyllable(static_cast<char16_t>(kSyllableBase + i)));
+  return tables;
 }
 
 template <typename Key, typename KeyOf>
@@ -92,6 +102,8 @@ unsigned UnitToKs(char16_t unit) {
 }
 
 }  // namespace
+
+constexpr JohabSyllableTables kJohabSyllables = MakeSyllableTables();
 
 unsigned JohabToKsCode(unsigned code) {
   unsigned lead = code >> 8;
@@ -142,9 +154,11 @@ bool IsJohabCode(unsigned code) {
 }
 
 char16_t JohabToUnicode(unsigned code, char16_t fallback) {
-  if (char16_t special = FindJohabSpecial(code)) return special;
+  if (MayBeJohabSpecial(code)) {
+    if (char16_t special = FindJohabSpecial(code)) return special;
+  }
   unsigned lead = code >> 8;
-  if (IsSyllableLead(lead)) return SyllableFromJohab(code);
+  if (IsSyllableLead(lead)) return kJohabSyllables.units[code - kJohabFirstSyllableCode];
   if (IsSymbolLead(lead)) {
     const JohabSymbol* symbol = SearchSymbols(
         kJohabSymbolsByCode, code, [](const JohabSymbol& entry) -> unsigned { return entry.code; });
@@ -156,8 +170,9 @@ char16_t JohabToUnicode(unsigned code, char16_t fallback) {
 }
 
 unsigned UnicodeToJohab(char16_t unit, unsigned fallback) {
+  if (unit >= kSyllableBase && unit <= kLastSyllable)
+    return kJohabSyllables.codes[unit - kSyllableBase];
   if (unsigned letter = FindJohabLetterCode(unit)) return letter;
-  if (unit >= kSyllableBase && unit <= kLastSyllable) return JohabFromSyllable(unit);
   const JohabSymbol* symbol = SearchSymbols(
       kJohabSymbolsByUnit, unit, [](const JohabSymbol& entry) -> char16_t { return entry.unit; });
   if (symbol) return symbol->code;

@@ -12,6 +12,15 @@ unsigned UnicodeToJohab(char16_t unit, unsigned fallback);
 // hanja rows. Says nothing of whether the code page has a character there.
 bool IsJohabCode(unsigned code);
 
+// The syllable area's arithmetic as tables: the unit of every code whose lead is 0x88 ... 0xD3
+// (special codes aside: MayBeJohabSpecial first), and the code of every unit U+AC00 ... U+D7A3.
+constexpr unsigned kJohabFirstSyllableCode = 0x8800;
+struct JohabSyllableTables {
+  char16_t units[(0xD3 - 0x88 + 1) * 256];
+  unsigned short codes[0xD7A3 - 0xAC00 + 1];
+};
+extern const JohabSyllableTables kJohabSyllables;
+
 // What the line conversions fall back to: the ideographic space and its Johab code.
 constexpr char16_t kJohabFallbackUnit = 0x3000;
 constexpr unsigned kJohabFallbackCode = 0xD931;

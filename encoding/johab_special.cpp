@@ -73,20 +73,10 @@ namespace {
 
 constexpr char16_t kFirstLetter = 0x3131;
 
-// Special codes are doubled bytes (box pairs), 0x01 codes, or letters: fill initial (leads
-// 0x84-0x87) or an initial with fill vowel and fill final (trail 0x41). Anything else skips the
-// search, which matters because every character of a Johab file asks.
-bool MayBeSpecial(unsigned code) {
-  unsigned lead = code >> 8;
-  unsigned trail = code & 0xFF;
-  if (lead == trail || lead == 0x01) return true;
-  return (lead >= 0x84 && lead <= 0x87) || (lead >= 0x88 && lead <= 0xD0 && trail == 0x41);
-}
-
 }  // namespace
 
 char16_t FindJohabSpecial(unsigned code) {
-  if (!MayBeSpecial(code)) return 0;
+  if (!MayBeJohabSpecial(code)) return 0;
   for (const JohabSpecial& special : kJohabSpecials) {
     if (special.code == code) return special.unit;
   }

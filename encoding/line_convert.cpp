@@ -1,6 +1,7 @@
 #include "encoding/line_convert.h"
 
 #include "encoding/johab.h"
+#include "encoding/johab_special.h"
 #include "encoding/utf8_rules.h"
 #include "foundation/memory.h"
 #include "foundation/os_codepage.h"
@@ -117,9 +118,14 @@ int JohabLineToUtf16(const char* bytes, int count, char16_t* target, int targetS
       target[written++] = u' ';
     } else {
       unsigned char trail = data[i++];
-      target[written++] = IsBlankOrTab(trail)
-                              ? kJohabFallbackUnit
-                              : JohabToUnicode(lead << 8 | trail, kJohabFallbackUnit);
+      unsigned code = static_cast<unsigned>(lead) << 8 | trail;
+      // Most pairs of a Johab file are syllables: their table is read here, without a call.
+      if (IsBlankOrTab(trail))
+        target[written++] = kJohabFallbackUnit;
+      else if (lead >= 0x88 && lead <= 0xD3 && !MayBeJohabSpecial(code))
+        target[written++] = kJohabSyllables.units[code - kJohabFirstSyllableCode];
+      else
+        target[written++] = JohabToUnicode(code, kJohabFallbackUnit);
     }
   }
   return written;
@@ -173,9 +179,11 @@ int Utf16LineToJohab(const char16_t* units, int count, char* target, int targetS
     } else {
       if (room <= 2) break;
       // Johab has no character beyond the Basic Multilingual Plane: a pair is one fallback.
-      unsigned code = CharacterUnits(units, count, i) == 2
+      char16_t unit = units[i];
+      unsigned code = unit >= 0xAC00 && unit <= 0xD7A3 ? kJohabSyllables.codes[unit - 0xAC00]
+                      : CharacterUnits(units, count, i) == 2
                           ? kJohabFallbackCode
-                          : UnicodeToJohab(units[i], kJohabFallbackCode);
+                          : UnicodeToJohab(unit, kJohabFallbackCode);
       target[written++] = static_cast<char>(code >> 8);
       target[written++] = static_cast<char>(code & 0xFF);
     }
@@ -198,6 +206,11 @@ int Utf16LineToEucKrCount(const char16_t* units, int count) {
 }
 
 int Utf16LineToEucKr(const char16_t* units, int count, char* target, int targetSize) {
+  // Most lines hold no surrogate at all: one call for the whole line.
+  unsigned surrogates = 0;
+  for (int i = 0; i < count; ++i)
+    surrogates |= (units[i] & 0xF800u) == 0xD800u;
+  if (!surrogates) return ConvertBounded(OsWideToCodePage, units, count, target, targetSize);
   int written = 0;
   for (int i = 0; i < count;) {
     int end = RunWithoutPairs(units, count, i);

@@ -36,6 +36,51 @@ char16_t DecodePair(iconv_t cd, unsigned lead, unsigned trail) {
   return inLeft == 0 && outLeft == sizeof out - 2 ? out[0] : 0;
 }
 
+void AddPair(unsigned lead, unsigned trail, char16_t unit) {
+  if (!unit || unit < 0x80) return;
+  g_tables.pairs[lead - kFirstLead][trail] = unit;
+  if (!g_tables.codes[unit]) g_tables.codes[unit] = static_cast<unsigned short>(lead << 8 | trail);
+}
+
+// Every pair of one lead in one converter call: a call per pair made the tables cost a tenth of
+// a second at every start. A pair the converter refuses is skipped and the call goes on behind
+// it; when the units do not come out one a pair, the lead is done pair by pair.
+void BuildLead(iconv_t cd, unsigned lead) {
+  constexpr unsigned kFirstTrail = 0x41;
+  constexpr int kTrails = 0xFE - kFirstTrail + 1;
+  char in[2 * kTrails];
+  for (int i = 0; i < kTrails; ++i) {
+    in[2 * i] = static_cast<char>(lead);
+    in[2 * i + 1] = static_cast<char>(kFirstTrail + i);
+  }
+  char16_t out[kTrails];
+  char16_t units[kTrails] = {};
+  int pair = 0;
+  bool regular = true;
+  iconv(cd, nullptr, nullptr, nullptr, nullptr);
+  while (pair < kTrails && regular) {
+    char* inPtr = in + 2 * pair;
+    size_t inLeft = sizeof in - 2 * static_cast<size_t>(pair);
+    char* outPtr = reinterpret_cast<char*>(out);
+    size_t outLeft = sizeof out;
+    size_t result = iconv(cd, &inPtr, &inLeft, &outPtr, &outLeft);
+    size_t consumed = sizeof in - 2 * static_cast<size_t>(pair) - inLeft;
+    size_t produced = (sizeof out - outLeft) / 2;
+    regular = consumed % 2 == 0 && produced == consumed / 2;
+    for (size_t k = 0; regular && k < produced; ++k)
+      units[pair + k] = out[k];
+    pair += static_cast<int>(consumed / 2);
+    if (result == static_cast<size_t>(-1)) {
+      ++pair;  // the refused pair
+      iconv(cd, nullptr, nullptr, nullptr, nullptr);
+    }
+  }
+  for (int i = 0; i < kTrails; ++i) {
+    unsigned trail = kFirstTrail + static_cast<unsigned>(i);
+    AddPair(lead, trail, regular ? units[i] : DecodePair(cd, lead, trail));
+  }
+}
+
 void BuildTables() {
   for (unsigned unit = 0; unit < 0x80; ++unit)
     g_tables.codes[unit] = static_cast<unsigned short>(unit);
@@ -43,15 +88,8 @@ void BuildTables() {
   g_tables.codes[kUnitOfFF] = 0xFF;
   iconv_t cd = iconv_open("UTF-16LE", "CP949");
   if (cd == reinterpret_cast<iconv_t>(-1)) return;
-  for (unsigned lead = kFirstLead; lead <= kLastLead; ++lead) {
-    for (unsigned trail = 0x41; trail <= 0xFE; ++trail) {
-      char16_t unit = DecodePair(cd, lead, trail);
-      if (!unit || unit < 0x80) continue;
-      g_tables.pairs[lead - kFirstLead][trail] = unit;
-      if (!g_tables.codes[unit])
-        g_tables.codes[unit] = static_cast<unsigned short>(lead << 8 | trail);
-    }
-  }
+  for (unsigned lead = kFirstLead; lead <= kLastLead; ++lead)
+    BuildLead(cd, lead);
   iconv_close(cd);
 }
 
@@ -93,17 +131,23 @@ int KoreanToWide(const char* source, int sourceLength, char16_t* target, int tar
 int WideToKorean(const char16_t* source, int sourceLength, char* target, int targetSize) {
   const KoreanTables& tables = Tables();
   int written = 0;
+  if (targetSize <= 0) {
+    for (int i = 0; i < sourceLength; ++i) {
+      unsigned code = tables.codes[source[i]];
+      written += code > 0xFF ? 2 : 1;  // no code: the one default byte
+    }
+    return written;
+  }
   for (int i = 0; i < sourceLength; ++i) {
     unsigned code = tables.codes[source[i]];
     if (!code && source[i] != 0) code = kDefaultByte;
-    int length = code > 0xFF ? 2 : 1;
-    if (targetSize > 0) {
-      if (written + length > targetSize) return 0;
-      if (length == 2) target[written++] = static_cast<char>(code >> 8);
-      target[written++] = static_cast<char>(code & 0xFF);
-    } else {
-      written += length;
+    if (code > 0xFF) {
+      if (written + 2 > targetSize) return 0;
+      target[written++] = static_cast<char>(code >> 8);
+    } else if (written + 1 > targetSize) {
+      return 0;
     }
+    target[written++] = static_cast<char>(code & 0xFF);
   }
   return written;
 }

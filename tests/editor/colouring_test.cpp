@@ -3,7 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <initializer_list>
+#include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "editor/char_class.h"
 #include "editor/colour_settings.h"
@@ -24,13 +29,15 @@ class Colouring : public KLibTest {
     KLibTest::TearDown();
   }
   // The runs as "column:class" pairs, the way quill-tool colour prints them.
-  std::string Runs(const std::u16string& line, bool startsInComment = false, bool* endsInComment = nullptr) {
+  std::string Runs(const std::u16string& line, bool startsInComment = false,
+                   bool* endsInComment = nullptr) {
     bool ends = ColourLine(&runs_, line.data(), static_cast<int>(line.size()), 0, startsInComment);
     if (endsInComment) *endsInComment = ends;
     std::string text;
     for (int i = 0; i < runs_->count; ++i) {
       if (i) text += ' ';
-      text += std::to_string(runs_->entries[i].start) + ":" + std::to_string(runs_->entries[i].colourClass);
+      text += std::to_string(runs_->entries[i].start) + ":" +
+              std::to_string(runs_->entries[i].colourClass);
     }
     return text;
   }
@@ -86,9 +93,192 @@ TEST_F(Colouring, CommentStateScan) {
   EXPECT_TRUE(scan(u"nothing", true));
 }
 
+// The scanner as it was before the table-driven one: each unit classified through the character
+// classes and each word looked up along the lists. The fast scanner must cut every line the same.
+namespace unit_by_unit {
+
+bool PairAt(const char16_t* text, int length, int at, char16_t first, char16_t second) {
+  return at + 1 < length && text[at] == first && text[at + 1] == second;
+}
+
+int LiteralEnd(const char16_t* text, int length, int at) {
+  char16_t quote = text[at++];
+  while (at < length) {
+    if (text[at] == u'\\') {
+      at += 2;
+    } else if (text[at++] == quote) {
+      return at;
+    }
+  }
+  return length;
+}
+
+bool InList(std::initializer_list<const char*> list, const char16_t* word, int length) {
+  for (const char* entry : list) {
+    if (std::u16string(word, length) == std::u16string(entry, entry + strlen(entry))) return true;
+  }
+  return false;
+}
+
+int WordClass(const char16_t* word, int length) {
+  if (InList(
+          {"void",        "char",     "int",        "float",    "short",    "long",     "double",
+           "signed",      "unsigned", "__int64",    "_asm",     "union",    "enum",     "struct",
+           "typedef",     "auto",     "const",      "static",   "extern",   "register", "volatile",
+           "if",          "else",     "for",        "do",       "while",    "switch",   "case",
+           "break",       "continue", "default",    "inline",   "return",   "goto",     "sizeof",
+           "__stdcall",   "__cdecl",  "__fastcall", "__DATE__", "__TIME__", "__LINE__", "__FILE__",
+           "__FUNCTION__"},
+          word, length))
+    return kClassKeyword;
+  if (IsNumber(word, length)) return kClassConst;
+  if (IsDecimalDigit(word[0])) return kClassWrongWord;
+  for (int i = 0; i < length; ++i) {
+    if (!IsIdentifierChar(word[i])) return kClassWrongWord;
+  }
+  return kClassUserWord;
+}
+
+bool Colour(std::vector<std::pair<int, int>>* runs, const char16_t* line, int length,
+            bool inComment) {
+  auto set = [runs](int start, int colourClass) {
+    if (!runs->empty() && runs->back().first == start) {
+      runs->back().second = colourClass;
+    } else {
+      runs->emplace_back(start, colourClass);
+    }
+  };
+  runs->clear();
+  if (length <= 0) return inComment;
+  if (inComment) set(0, kClassRemark);
+  bool onlyBlanks = true;
+  int at = 0;
+  while (at < length) {
+    if (inComment) {
+      onlyBlanks = false;
+      for (; at < length; ++at) {
+        if (PairAt(line, length, at, u'*', u'/')) {
+          at += 2;
+          inComment = false;
+          set(at, kClassNormal);
+          break;
+        }
+      }
+      continue;
+    }
+    char16_t unit = line[at];
+    if (IsBlank(unit)) {
+      ++at;
+    } else if (unit == u'#' && onlyBlanks) {
+      onlyBlanks = false;
+      int word = at + 1;
+      while (word < length && IsBlank(line[word]))
+        ++word;
+      int wordLength = 0;
+      while (word + wordLength < length && wordLength < 9 &&
+             IsIdentifierChar(line[word + wordLength]))
+        ++wordLength;
+      bool known = InList({"include", "define", "undef", "if", "ifdef", "ifndef", "else", "elif",
+                           "endif", "pragma", "error", "line"},
+                          line + word, wordLength);
+      set(at, known ? kClassPreProc : kClassWrongWord);
+      int end = at + 1;
+      while (end < length && !PairAt(line, length, end, u'/', u'/') &&
+             !PairAt(line, length, end, u'/', u'*'))
+        ++end;
+      set(end, kClassNormal);
+      at = end;
+    } else if (PairAt(line, length, at, u'/', u'/')) {
+      set(at, kClassRemark);
+      break;
+    } else if (PairAt(line, length, at, u'/', u'*')) {
+      set(at, kClassRemark);
+      at += 2;
+      inComment = true;
+      onlyBlanks = false;
+    } else if (unit == u'"' || unit == u'\'') {
+      set(at, kClassConst);
+      at = LiteralEnd(line, length, at);
+      set(at, kClassNormal);
+      onlyBlanks = false;
+    } else if (IsSeparator(unit)) {
+      ++at;
+      onlyBlanks = false;
+    } else {
+      int start = at;
+      while (at < length && IsWordChar(line[at]))
+        ++at;
+      set(start, WordClass(line + start, at - start));
+      set(at, kClassNormal);
+      onlyBlanks = false;
+    }
+  }
+  return inComment;
+}
+
+bool Scan(const char16_t* line, int length, bool inComment) {
+  for (int at = 0; at < length;) {
+    if (inComment) {
+      if (PairAt(line, length, at, u'*', u'/')) {
+        inComment = false;
+        at += 2;
+      } else {
+        ++at;
+      }
+    } else if (line[at] == u'"' || line[at] == u'\'') {
+      at = LiteralEnd(line, length, at);
+    } else if (PairAt(line, length, at, u'/', u'/')) {
+      break;
+    } else if (PairAt(line, length, at, u'/', u'*')) {
+      inComment = true;
+      at += 2;
+    } else {
+      ++at;
+    }
+  }
+  return inComment;
+}
+
+}  // namespace unit_by_unit
+
+// Random lines built from the units and words every rule turns on, both start states.
+TEST_F(Colouring, SameRunsAsTheUnitByUnitScanner) {
+  const char16_t units[] = u" \t#/*\"'\\;.aefilnrtux_$0179LUXx\x7F\x80\xAC00";
+  const char16_t* words[] = {u"int",          u"__FUNCTION__", u"define", u"include",
+                             u"include_next", u"elif",         u"0x1FUL", u"10l",
+                             u"sizeof",       u"/*",           u"*/",     u"//"};
+  std::mt19937 random(25);
+  std::vector<std::pair<int, int>> expected;
+  for (int round = 0; round < 40000; ++round) {
+    std::u16string line;
+    int parts = static_cast<int>(random() % 24);
+    for (int i = 0; i < parts; ++i) {
+      if (random() % 4 == 0) {
+        line += words[random() % (sizeof words / sizeof words[0])];
+      } else {
+        line += units[random() % (sizeof units / sizeof units[0] - 1)];
+      }
+    }
+    int length = static_cast<int>(line.size());
+    for (bool starts : {false, true}) {
+      bool ends = ColourLine(&runs_, line.data(), length, 0, starts);
+      bool expectedEnds = unit_by_unit::Colour(&expected, line.data(), length, starts);
+      std::vector<std::pair<int, int>> got;
+      for (int i = 0; i < runs_->count; ++i)
+        got.emplace_back(runs_->entries[i].start, runs_->entries[i].colourClass);
+      ASSERT_EQ(got, expected) << "line " << round << " starts " << starts;
+      ASSERT_EQ(ends, expectedEnds) << "line " << round;
+      ASSERT_EQ(ScanCommentState(line.data(), length, starts),
+                unit_by_unit::Scan(line.data(), length, starts))
+          << "line " << round;
+    }
+  }
+}
+
 TEST_F(Colouring, RunListGrowsAndOverwrites) {
   std::u16string many;
-  for (int i = 0; i < 30; ++i) many += u"a ";
+  for (int i = 0; i < 30; ++i)
+    many += u"a ";
   EXPECT_EQ(ColourLine(&runs_, many.data(), static_cast<int>(many.size()), 0, false), false);
   EXPECT_EQ(runs_->count, 60);
   EXPECT_GE(runs_->capacity, 60);

@@ -3,13 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <vector>
 
+#include "editor/colour_runs.h"
 #include "editor/document.h"
 #include "editor/document_io.h"
 #include "editor/editing.h"
 #include "editor/editor_view.h"
+#include "editor/text_edit.h"
 #include "editor/undo.h"
 #include "tests/support/klib_test.h"
 
@@ -31,6 +34,7 @@ class CommentStates : public KLibTest {
       ASSERT_GE(AppendUtf16Line(document_, line.data(), static_cast<int>(line.size())), 0);
   }
   std::string States() {
+    EnsureCommentStates(document_, document_->lineCount - 1);
     std::string states;
     for (int i = 0; i < document_->lineCount; ++i) {
       const LineRecord* line = document_->lines[i];
@@ -79,6 +83,60 @@ TEST_F(CommentStates, EditsKeepTheStatesUpToDate) {
   // Undoing the typing takes it back.
   Undo(&view);
   EXPECT_EQ(States(), "00-00");
+}
+
+// Random edits of every kind, with partial paints between them (some of preprocessor lines,
+// whose colour scan may end otherwise), must leave the states a full pass gives once the whole
+// document is brought up to date after a full repaint.
+TEST_F(CommentStates, LazyStatesMatchAFullPass) {
+  const char16_t* pieces[] = {u"/*", u"*/", u"//", u"\"", u"'", u"x", u" ", u"#define A \"/*\""};
+  std::mt19937 random(21);
+  auto text = [&] {
+    std::u16string line;
+    for (int n = static_cast<int>(random() % 5); n > 0; --n)
+      line += pieces[random() % 8];
+    return line;
+  };
+  ColourRuns* runs = NewColourRuns();
+  ASSERT_NE(runs, nullptr);
+  for (int i = 0; i < 60; ++i) {
+    std::u16string line = text();
+    AppendUtf16Line(document_, line.data(), static_cast<int>(line.size()));
+  }
+  for (int round = 0; round < 3000; ++round) {
+    int count = document_->lineCount;
+    int at = count ? static_cast<int>(random() % count) : 0;
+    std::u16string line = text();
+    switch (random() % 6) {
+      case 0:
+        ReplaceUnits(document_, at, 0, 0, line.data(), static_cast<int>(line.size()));
+        break;
+      case 1:
+        SetLine(document_, at, MakeLine(line.data(), static_cast<int>(line.size())));
+        break;
+      case 2:
+        if (InsertLineSlots(document_, at, 1 + static_cast<int>(random() % 3)))
+          SetLine(document_, at, MakeLine(line.data(), static_cast<int>(line.size())));
+        break;
+      case 3:
+        RemoveLines(document_, at, 1 + static_cast<int>(random() % 3));
+        break;
+      case 4:  // a paint of a few lines
+        for (int i = at; i < at + 4 && i < count; ++i)
+          ColourDocumentLine(document_, i, &runs);
+        break;
+      default:
+        ForgetPaintedStates(document_);
+        EnsureCommentStates(document_, at);
+        break;
+    }
+    if (round % 50 != 49) continue;
+    ForgetPaintedStates(document_);
+    std::string lazy = States();
+    ComputeCommentStates(document_);
+    ASSERT_EQ(lazy, States()) << "round " << round;
+  }
+  FreeColourRuns(runs);
 }
 
 }  // namespace

@@ -327,6 +327,8 @@ TEST_F(DocumentFile, CharactersTheEncodingCannotHoldAreCountedOncePerCharacter) 
       {u"ab\u4e02", JOHAP, 1, 2},        {pairAndLone, EUCKR, 3, 0},  // a pair is one character, a
                                                                       // lone half another
       {pairAndLone, JOHAP, 3, 0},        {pairAndLone, UTF8, 0, -1}, {pairAndLone, UTF16, 0, -1},
+      // Behind ASCII and among characters that are there; past the length read in one piece.
+      {u"ab가\u00e9나다\u00e9", EUCKR, 2, 3}, {std::u16string(1100, u'가') + u"\u00e9", EUCKR, 1, 1100},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(Utf8(c.text) + " in " + std::to_string(c.encoding));
