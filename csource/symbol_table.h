@@ -30,8 +30,9 @@ struct SymbolRecord {
 };
 
 enum : uint32_t {
-  kSymbolFlagReported = 1,  // its self-reference was reported in this run
+  kSymbolFlagReported = 1,  // its self-reference was reported in this look-up
   kSymbolFlagCallable = 2,  // a function-like macro with an empty parameter list, "F()"
+  kSymbolFlagShown = 4,     // displayed in this look-up: meeting it again closes a cycle
 };
 
 // A macro that takes an argument list.
@@ -65,6 +66,8 @@ SymbolRecord* FindSymbol(const SymbolTable* table, const char* name, int length,
 // Removes and frees the record of that name when its kind is `kind` (or any); false when none.
 bool RemoveSymbol(SymbolTable* table, const char* name, uint32_t kind);
 void FreeSymbolTable(SymbolTable* table);
+// Clears `flags` on every record.
+void ClearSymbolFlags(SymbolTable* table, uint32_t flags);
 
 // The order of names: the system's string order (foundation/os_text_order.h), the same on every
 // build. `length` bytes of `name` against a terminated `other`.
