@@ -23,6 +23,7 @@ std::wstring WithoutTrailingLineEnds(std::wstring text) {
 
 TEST(ParserWindow, F1ExplainsNamesFromTheWindowsHeadersAndIsNeverSaved) {
   F1Scenario scenario(L"parser-window");
+  long long logStart = DebugLogSize();
   ASSERT_TRUE(scenario.Start());
   HWND source = scenario.OpenSource();
   ASSERT_NE(source, nullptr);
@@ -87,4 +88,7 @@ TEST(ParserWindow, F1ExplainsNamesFromTheWindowsHeadersAndIsNeverSaved) {
   TypeText(L"x");
   Settle();
   EXPECT_EQ(scenario.quill().CloseAndWait(), 0);
+  // Its place is kept for the next one, and the kept table was freed with the program.
+  EXPECT_NE(Setting(scenario.folder() + L"QUILL.INI", L"DlgPos", L"ParserWindow"), "<none>");
+  EXPECT_EQ(DebugLogSince(logStart).find("Leaked"), std::string::npos);
 }
