@@ -139,8 +139,15 @@ void ZeroIdentifiers(TextBuffer* text) {
       w += keep - r;
       r = e;
     } else if (IsCIdentStart(t[r])) {
+      size_t start = r;
       while (r < n && IsCIdentChar(t[r]))
         ++r;
+      // L'x', u'x', U'x', u8'x': the prefix of a character constant, not a name.
+      size_t prefix = r - start;
+      if (r < n && t[r] == '\'' &&
+          ((prefix == 1 && (t[start] == 'L' || t[start] == 'u' || t[start] == 'U')) ||
+           (prefix == 2 && t[start] == 'u' && t[start + 1] == '8')))
+        continue;
       // An unknown name with an argument list ("__has_builtin(x)") is one 0 with its list.
       size_t q = r;
       while (q < n && IsCBlank(t[q]))
@@ -164,11 +171,124 @@ void ZeroIdentifiers(TextBuffer* text) {
   t[w] = '\0';
 }
 
+namespace {
+
+constexpr int kMaxSplitDepth = 64;
+
+// The first top-level `op` (one character, or two when `twice`) in t[from, to), or `to`; for ')'
+// the one that closes a group opened before `from`.
+size_t FindTopLevel(const char* t, size_t from, size_t to, char op, bool twice) {
+  int depth = 0;
+  for (size_t i = from; i < to; ++i) {
+    char c = t[i];
+    if (c == '\'' || c == '"') {
+      i = static_cast<size_t>(SkipCQuoted(t + i, t + to) - t) - 1;
+    } else if (c == '(') {
+      ++depth;
+    } else if (c == ')' && (depth > 0 || op != ')')) {
+      --depth;
+    } else if (depth == 0 && c == op) {
+      if (!twice) return i;
+      if (i + 1 < to && t[i + 1] == op) return i;
+    }
+  }
+  return to;
+}
+
+// The ':' that belongs to the '?' just before `from`, or `to`.
+size_t FindColon(const char* t, size_t from, size_t to) {
+  int pending = 0;
+  for (size_t at = from;; ++at) {
+    size_t question = FindTopLevel(t, at, to, '?', false);
+    size_t colon = FindTopLevel(t, at, to, ':', false);
+    if (colon == to) return to;
+    if (question < colon) {
+      ++pending;
+      at = question;
+    } else if (pending == 0) {
+      return colon;
+    } else {
+      --pending;
+      at = colon;
+    }
+  }
+}
+
+bool Enclosed(const char* t, size_t from, size_t to) {
+  if (to - from < 2 || t[from] != '(' || t[to - 1] != ')') return false;
+  return FindTopLevel(t, from + 1, to, ')', false) == to - 1;
+}
+
+bool HasShortCircuit(const char* t, size_t from, size_t to) {
+  return FindTopLevel(t, from, to, '?', false) < to || FindTopLevel(t, from, to, '|', true) < to ||
+         FindTopLevel(t, from, to, '&', true) < to;
+}
+
+// The value of t[from, to). The conditional operator and "&&" and "||" are taken here, as C
+// takes them, so a part that C never evaluates (a division behind "0 &&") is not evaluated; the
+// evaluator gets the rest, with each parenthesised group that holds one of them already reduced
+// to its value.
+int32_t EvalPart(const char* t, size_t from, size_t to, int depth, uint32_t* error) {
+  while (from < to && IsCBlank(t[from]))
+    ++from;
+  while (to > from && IsCBlank(t[to - 1]))
+    --to;
+  bool split = depth < kMaxSplitDepth;
+  if (split) {
+    if (Enclosed(t, from, to)) return EvalPart(t, from + 1, to - 1, depth + 1, error);
+    size_t question = FindTopLevel(t, from, to, '?', false);
+    if (question < to) {
+      size_t colon = FindColon(t, question + 1, to);
+      if (colon < to) {
+        int32_t test = EvalPart(t, from, question, depth + 1, error);
+        if (*error) return 0;
+        return test ? EvalPart(t, question + 1, colon, depth + 1, error)
+                    : EvalPart(t, colon + 1, to, depth + 1, error);
+      }
+    }
+    static const char kShortCircuit[] = {'|', '&'};
+    for (char op : kShortCircuit) {
+      size_t at = FindTopLevel(t, from, to, op, true);
+      if (at == to) continue;
+      int32_t left = EvalPart(t, from, at, depth + 1, error);
+      if (*error) return 0;
+      if ((op == '|') == (left != 0)) return op == '|';
+      return EvalPart(t, at + 2, to, depth + 1, error) != 0;
+    }
+  }
+  TextBuffer leaf;
+  InitText(&leaf, kOwnerConditionText);
+  for (size_t i = from; i < to;) {
+    size_t close = t[i] == '(' ? FindTopLevel(t, i + 1, to, ')', false) : to;
+    if (split && close < to && HasShortCircuit(t, i + 1, close)) {
+      int32_t value = EvalPart(t, i + 1, close, depth + 1, error);
+      if (*error) break;
+      AppendFormat(&leaf, "(%d)", value);
+      i = close + 1;
+    } else if (t[i] == '\'' || t[i] == '"') {
+      size_t e = static_cast<size_t>(SkipCQuoted(t + i, t + to) - t);
+      AppendText(&leaf, t + i, e - i);
+      i = e;
+    } else {
+      AppendChar(&leaf, t[i++]);
+    }
+  }
+  int32_t value = 0;
+  if (leaf.failed) {
+    *error = kMathOverflow;
+  } else if (*error == 0) {
+    CalcMathExpression(TextOf(&leaf), 0, 0, error, &value);
+  }
+  FreeText(&leaf);
+  return value;
+}
+
+}  // namespace
+
 int32_t CalcCondition(const TextBuffer* text, const char* fileName, uint32_t line, TextBuffer* sink,
                       int code) {
   uint32_t error = 0;
-  int32_t value = 0;
-  CalcMathExpression(TextOf(text), 0, 0, &error, &value);
+  int32_t value = EvalPart(TextOf(text), 0, text->length, 0, &error);
   if (error == 0) return value;
   DebugLog("%s #%d CalcMathExpression('%s') Err=%d, Value=%d\r\n", fileName, static_cast<int>(line),
            TextOf(text), static_cast<int>(error), value);

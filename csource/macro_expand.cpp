@@ -28,6 +28,7 @@ struct Expander {
   SymbolTable* table;
   const SourcePlace* place;
   Budget* budget;
+  bool* recursed;  // null: a name inside its own replacement is left as it is, silently
   ActiveMacro active[kMaxActive];
   int activeCount;
   int nesting;
@@ -53,13 +54,13 @@ void DropFinished(Expander& ex, size_t pos) {
   ex.activeCount = kept;
 }
 
+// Named by its definition: the place of use says nothing about why it recurses.
 void ReportRecursion(const Expander& ex, SymbolRecord* record) {
+  if (!ex.recursed) return;
+  *ex.recursed = true;
   if (record->flags & kSymbolFlagReported) return;
   record->flags |= kSymbolFlagReported;
-  if (ex.place && ex.place->sink) {
-    AppendFormat(ex.place->sink, "[%s #%d] Recursive macro '%s'\r\n", ex.place->fileName,
-                 static_cast<int>(ex.place->line), record->name);
-  }
+  if (ex.place && ex.place->sink) ReportRecursiveMacro(ex.place->sink, record);
 }
 
 void ReportRunaway(const Expander& ex) {
@@ -222,6 +223,7 @@ bool ExpandArgument(Expander& ex, const char* text, Span arg, TextBuffer* out) {
   inner.table = ex.table;
   inner.place = ex.place;
   inner.budget = ex.budget;
+  inner.recursed = ex.recursed;
   inner.activeCount = ex.activeCount;
   for (int i = 0; i < ex.activeCount; ++i)
     inner.active[i] = {ex.active[i].record, static_cast<size_t>(-1)};
@@ -413,13 +415,23 @@ int ExpandRange(Expander& ex, TextBuffer* buffer, size_t start, size_t* stopped,
 
 }  // namespace
 
+void ReportRecursiveMacro(TextBuffer* sink, const SymbolRecord* record) {
+  if (record->line) {
+    AppendFormat(sink, "[%s #%d] Recursive macro '%s'\r\n", record->source,
+                 static_cast<int>(record->line), record->name);
+  } else {
+    AppendFormat(sink, "[%s] Recursive macro '%s'\r\n", record->source, record->name);
+  }
+}
+
 int ExpandMacros(SymbolTable* table, TextBuffer* buffer, size_t start, size_t* stopped,
-                 const SourcePlace* place) {
+                 const SourcePlace* place, bool* recursed) {
   Budget budget = {0, false};
   Expander ex;
   ex.table = table;
   ex.place = place;
   ex.budget = &budget;
+  ex.recursed = recursed;
   ex.activeCount = 0;
   ex.nesting = 0;
   *stopped = start;

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "csource/c_chars.h"
+#include "csource/csource_owners.h"
 #include "csource/makefile_pp.h"
 #include "csource/preprocessor.h"
 #include "csource/source_path.h"
@@ -112,11 +113,13 @@ void ScanCompilerOptions(SymbolTable* table, const char* options, const char* ma
   }
 }
 
-int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink,
-                    const ParseOptions* options) {
-  char includePaths[kIncludePathsSize] = "";
+namespace {
+
+// The makefile's /D macros into `table` and its /I folders, then the caller's own, into
+// `includePaths`; the target's compiler name into `compiler`.
+void TargetOptions(SymbolTable* table, const char* sourcePath, TextBuffer* sink,
+                   const ParseOptions* options, char* includePaths, char* compiler) {
   char makefile[kPathSize] = "";
-  char compiler[kCompilerNameSize] = "";
   if (options && AskProject(options->project, sourcePath, makefile, compiler)) {
     char program[kPathSize];
     char compilerFolder[kPathSize + kCompilerNameSize];
@@ -126,7 +129,7 @@ int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink
         char folder[kPathSize];
         const char* ignored;
         SplitSourcePath(makefile, folder, sizeof folder, &ignored);
-        ScanCompilerOptions(table, text, folder, includePaths, sizeof includePaths);
+        ScanCompilerOptions(table, text, folder, includePaths, kIncludePathsSize);
         FreeMem(text);
       }
     }
@@ -135,8 +138,35 @@ int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink
     for (int i = 0; i < options->defineCount; ++i)
       DefineOptionMacro(table, options->defines[i], static_cast<int>(strlen(options->defines[i])));
     if (options->includePaths && *options->includePaths)
-      AppendInclude(includePaths, sizeof includePaths, options->includePaths);
+      AppendInclude(includePaths, kIncludePathsSize, options->includePaths);
   }
+}
+
+}  // namespace
+
+int SourceIncludeFolders(const char* sourcePath, const ParseOptions* options, char* list,
+                         int size) {
+  if (size <= 0) return 0;
+  char includePaths[kIncludePathsSize] = "";
+  char compiler[kCompilerNameSize] = "";
+  SymbolTable table = {0, 0, nullptr};
+  TextBuffer ignored;
+  InitText(&ignored, kOwnerResultText);
+  TargetOptions(&table, sourcePath, &ignored, options, includePaths, compiler);
+  FreeText(&ignored);
+  FreeSymbolTable(&table);
+  size_t length = strlen(includePaths);
+  if (length >= static_cast<size_t>(size)) length = 0;  // a cut list would name a wrong folder
+  memcpy(list, includePaths, length);
+  list[length] = '\0';
+  return static_cast<int>(length);
+}
+
+int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink,
+                    const ParseOptions* options) {
+  char includePaths[kIncludePathsSize] = "";
+  char compiler[kCompilerNameSize] = "";
+  TargetOptions(table, sourcePath, sink, options, includePaths, compiler);
 
   if (EndsWithCpp(sourcePath))
     AddSymbol(table, kSymbolMacro, "VC9", 0, "__cplusplus", "", "199711");
@@ -153,7 +183,8 @@ int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink
   char folder[kPathSize];
   const char* name;
   SplitSourcePath(sourcePath, folder, sizeof folder, &name);
-  SeenFiles seen = {nullptr, 0, 0};
+  SeenFiles seen;
+  InitSeenFiles(&seen);
   PreprocessFile(&seen, table, name, folder, includePaths, 0, 0, sink);
   FreeSeenFiles(&seen);
   return 0;

@@ -19,6 +19,11 @@ struct ParseOptions {
 int ParseSourceFile(SymbolTable* table, const char* sourcePath, TextBuffer* sink,
                     const ParseOptions* options = nullptr);
 
+// The include folders a run over `sourcePath` would search, ';'-separated, into `list`: the
+// target's /I folders, then the caller's. Returns the length; 0 ("") when there are none or they
+// do not fit.
+int SourceIncludeFolders(const char* sourcePath, const ParseOptions* options, char* list, int size);
+
 // Scans an option text ("/DNAME=1 /I..\inc /W3") into macros of source "MAKEFILE" and the
 // ';'-separated include list (`includeSize` bytes at most); relative folders are taken from
 // `makefileFolder`.

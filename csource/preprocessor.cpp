@@ -19,7 +19,6 @@
 namespace {
 
 constexpr int kWordSize = 260;
-constexpr int kMaxIncludeDepth = 200;
 
 bool IsSeen(const SeenFiles* seen, const char* path) {
   for (int i = 0; i < seen->count; ++i) {
@@ -247,9 +246,55 @@ void Include(FileRun& run, const char* text, unsigned line) {
   name[n] = '\0';
   FreeText(&expanded);
   if (n == 0) return;
-  if (run.depth >= kMaxIncludeDepth) return;
+  if (run.depth >= kMaxIncludeDepth) {
+    // Everything further down is dropped; one word about where is enough for a whole run.
+    if (!run.seen->tooDeepReported) {
+      run.seen->tooDeepReported = true;
+      AppendFormat(run.sink, "[%s #%d] '#include' is too deep\r\n", run.fileName,
+                   static_cast<int>(line));
+    }
+    return;
+  }
   PreprocessFile(run.seen, run.table, name, run.directory, run.includePaths, angle, run.depth + 1,
                  run.sink);
+}
+
+// The line of conditionErrors that stands for `messages` of the condition `text`.
+void ConditionErrorKey(const TextBuffer* messages, const char* text, TextBuffer* key) {
+  AppendChar(key, '\n');
+  for (const char* p = TextOf(messages); *p;) {
+    const char* place = strstr(p, "] ");
+    const char* end = strchr(p, '\n');
+    if (!end) end = p + strlen(p);
+    if (place && place < end) p = place + 2;
+    AppendText(key, p, static_cast<size_t>(end - p));
+    p = *end ? end + 1 : end;
+  }
+  AppendChar(key, '\x01');
+  AppendText(key, text);
+  AppendChar(key, '\n');
+}
+
+// An #if or #elif condition; its errors reach the sink the first time they are met in the run.
+bool Condition(FileRun& run, const char* text, unsigned line) {
+  TextBuffer messages;
+  InitText(&messages, kOwnerConditionText);
+  bool value = EvalCondition(run.table, text, strlen(text), run.fileName, line, &messages) != 0;
+  if (messages.length) {
+    TextBuffer key;
+    InitText(&key, kOwnerConditionText);
+    ConditionErrorKey(&messages, text, &key);
+    TextBuffer* known = &run.seen->conditionErrors;
+    if (!known->length) AppendChar(known, '\n');
+    // Each key starts with the '\n' that ends the one before it.
+    if (!key.failed && !strstr(TextOf(known), TextOf(&key))) {
+      AppendText(known, TextOf(&key) + 1, key.length - 1);
+      AppendText(run.sink, TextOf(&messages), messages.length);
+    }
+    FreeText(&key);
+  }
+  FreeText(&messages);
+  return value;
 }
 
 // One directive; false when the rest of the file is to be dropped.
@@ -269,7 +314,7 @@ bool Directive(FileRun& run, unsigned line) {
     }
     bool value;
     if (isIf) {
-      value = EvalCondition(run.table, rest, strlen(rest), run.fileName, line, run.sink) != 0;
+      value = Condition(run, rest, line);
     } else {
       char name[kWordSize];
       ReadWord(SkipBlanks(rest), name);
@@ -283,7 +328,7 @@ bool Directive(FileRun& run, unsigned line) {
     if (run.taken[run.level]) {
       run.active[run.level] = 0;
     } else {
-      bool value = EvalCondition(run.table, rest, strlen(rest), run.fileName, line, run.sink) != 0;
+      bool value = Condition(run, rest, line);
       run.active[run.level] = run.taken[run.level] = value;
     }
   } else if (strcmp(word, "else") == 0) {
@@ -373,6 +418,14 @@ bool ScanFile(FileRun& run, const char* p, const char* end) {
 
 }  // namespace
 
+void InitSeenFiles(SeenFiles* seen) {
+  seen->paths = nullptr;
+  seen->count = 0;
+  seen->capacity = 0;
+  seen->tooDeepReported = false;
+  InitText(&seen->conditionErrors, kOwnerSeenList);
+}
+
 void FreeSeenFiles(SeenFiles* seen) {
   for (int i = 0; i < seen->count; ++i)
     FreeMem(seen->paths[i]);
@@ -380,6 +433,8 @@ void FreeSeenFiles(SeenFiles* seen) {
   seen->paths = nullptr;
   seen->count = 0;
   seen->capacity = 0;
+  seen->tooDeepReported = false;
+  FreeText(&seen->conditionErrors);
 }
 
 int PreprocessFile(SeenFiles* seen, SymbolTable* table, const char* fileName, const char* directory,

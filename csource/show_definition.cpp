@@ -131,16 +131,26 @@ bool ShowDefinition(DefinitionCache* cache, const char* sourcePath, const char* 
   SetTrimmed(&text, word, strlen(word) > kMaxLookupWord ? kMaxLookupWord : strlen(word),
              kMaxLookupWord);
   SourcePlace place = {result, "", 0};
+  // Each look-up tells its own story: what an earlier one reported or showed does not count.
+  ClearSymbolFlags(&cache->table, kSymbolFlagReported | kSymbolFlagShown);
   for (int step = 0; step < kMaxSteps && text.length && !text.failed; ++step) {
-    const SymbolRecord* record = FindSymbol(&cache->table, TextOf(&text), -1, kSymbolAny);
+    SymbolRecord* record = FindSymbol(&cache->table, TextOf(&text), -1, kSymbolAny);
     if (record) {
+      // Back at a name already shown: the chain is a cycle, and once round it is enough.
+      if (record->flags & kSymbolFlagShown) {
+        if (record->kind == kSymbolMacro && !(record->flags & kSymbolFlagReported))
+          ReportRecursiveMacro(result, record);
+        break;
+      }
+      record->flags |= kSymbolFlagShown;
       DisplaySymbol(record, TextOf(&text), result);
       NextText(record, &next);
     } else {
       TruncateText(&next, 0);
       AppendText(&next, TextOf(&text), text.length);
       size_t stopped;
-      ExpandMacros(&cache->table, &next, 0, &stopped, &place);
+      bool recursed = false;
+      ExpandMacros(&cache->table, &next, 0, &stopped, &place, &recursed);
       if (next.failed) break;
       if (next.length == text.length && memcmp(TextOf(&next), TextOf(&text), text.length) == 0) {
         uint32_t error = 0;
@@ -152,6 +162,8 @@ bool ShowDefinition(DefinitionCache* cache, const char* sourcePath, const char* 
       AppendText(result, "[Original Sentence]\r\n");
       AppendText(result, TextOf(&next), next.length);
       AppendText(result, "\r\n\r\n");
+      // A macro inside its own replacement makes every further round longer, never final.
+      if (recursed) break;
       if (next.length > kMaxLookupText) TruncateText(&next, kMaxLookupText);
     }
     TextBuffer swap = text;

@@ -130,3 +130,8 @@ void FreeSymbolTable(SymbolTable* table) {
   table->capacity = 0;
   table->records = nullptr;
 }
+
+void ClearSymbolFlags(SymbolTable* table, uint32_t flags) {
+  for (int i = 0; i < table->count; ++i)
+    table->records[i]->flags &= ~flags;
+}

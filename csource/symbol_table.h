@@ -30,8 +30,9 @@ struct SymbolRecord {
 };
 
 enum : uint32_t {
-  kSymbolFlagReported = 1,  // its self-reference was reported in this run
+  kSymbolFlagReported = 1,  // its self-reference was reported in this look-up
   kSymbolFlagCallable = 2,  // a function-like macro with an empty parameter list, "F()"
+  kSymbolFlagShown = 4,     // displayed in this look-up: meeting it again closes a cycle
 };
 
 // A macro that takes an argument list.
@@ -65,9 +66,43 @@ SymbolRecord* FindSymbol(const SymbolTable* table, const char* name, int length,
 // Removes and frees the record of that name when its kind is `kind` (or any); false when none.
 bool RemoveSymbol(SymbolTable* table, const char* name, uint32_t kind);
 void FreeSymbolTable(SymbolTable* table);
+// Clears `flags` on every record.
+void ClearSymbolFlags(SymbolTable* table, uint32_t flags);
+
+// A C name's character by the system's string order: '_' (punctuation) before digits before
+// letters, case aside; 0 for any other character.
+inline int SymbolNameWeight(unsigned char c) {
+  if (c == '_') return 1;
+  if (c >= '0' && c <= '9') return 2 + (c - '0');
+  if (c >= 'a' && c <= 'z') return 12 + (c - 'a');
+  if (c >= 'A' && c <= 'Z') return 12 + (c - 'A');
+  return 0;
+}
 
 // The order of names: the system's string order (foundation/os_text_order.h), the same on every
-// build. `length` bytes of `name` against a terminated `other`.
+// build. `length` bytes of `name` against a terminated `other`. Two C names are put in that order
+// here: under Wine the system's comparison costs microseconds, and reading <windows.h> asks it
+// millions of times. Any other text asks the system.
 inline int CompareSymbolName(const char* name, int length, const char* other) {
-  return OsCompareText(name, length, other);
+  int otherLength = 0;
+  for (; other[otherLength]; ++otherLength) {
+    if (!SymbolNameWeight(static_cast<unsigned char>(other[otherLength])))
+      return OsCompareText(name, length, other);
+  }
+  for (int i = 0; i < length; ++i) {
+    if (!SymbolNameWeight(static_cast<unsigned char>(name[i])))
+      return OsCompareText(name, length, other);
+  }
+  int shorter = length < otherLength ? length : otherLength;
+  for (int i = 0; i < shorter; ++i) {
+    int a = SymbolNameWeight(static_cast<unsigned char>(name[i]));
+    int b = SymbolNameWeight(static_cast<unsigned char>(other[i]));
+    if (a != b) return a < b ? -1 : 1;
+  }
+  if (length != otherLength) return length < otherLength ? -1 : 1;
+  // Alike but for case: the first difference decides, lower case first.
+  for (int i = 0; i < length; ++i) {
+    if (name[i] != other[i]) return name[i] >= 'a' ? -1 : 1;
+  }
+  return 0;
 }

@@ -14,6 +14,7 @@
 #include "frame/frame_owners.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
+#include "frame/parser_window.h"
 #include "frame/status_bar.h"
 #include "frame/tool_windows.h"
 #include "resources/resource.h"
@@ -46,6 +47,7 @@ void FreeEditor(EditorWindow* editor) {
 
 // Yes saves first (a failed save keeps the window), No closes, Cancel keeps the window.
 bool MayClose(EditorWindow* editor) {
+  if (IsParserWindow(static_cast<HWND>(editor->view.window))) return true;  // nothing of the user's
   switch (ConfirmSaveIfModified(&editor->view)) {
     case kIdCancel:
       return false;
@@ -166,6 +168,7 @@ LRESULT CALLBACK EditorChildProc(HWND window, UINT message, WPARAM wParam, LPARA
       break;
     case WM_DESTROY:
       if (editor && !editor->document->untitled) SaveFileState(&editor->view);
+      ParserWindowClosing(window);
       // The last document going leaves nothing for the document commands to work on.
       if (!GetWindow(window, GW_HWNDNEXT) && !GetWindow(window, GW_HWNDPREV)) {
         UpdateMenuState(0, false);

@@ -16,6 +16,7 @@
 #include "frame/editor_window.h"
 #include "frame/frame_state.h"
 #include "frame/frame_window.h"
+#include "frame/parser_window.h"
 #include "frame/status_bar.h"
 #include "frame/tool_windows.h"
 
@@ -139,7 +140,8 @@ constexpr EditorHost kWindowEditorHost = {
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
 constexpr CommandHost kWindowCommandHost = {
-    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile, nullptr, nullptr, nullptr,
+    nullptr,  SearchDialog,      AskLineNumber,    AskOtherFormat,
+    OpenFile, LookUpDeclaration, IncludeFoldersOf, LastAnalysedFile,
 };
 
 }  // namespace

@@ -25,6 +25,7 @@
 #include "frame/logo_window.h"
 #include "frame/menu_state.h"
 #include "frame/options_sheet.h"
+#include "frame/parser_window.h"
 #include "frame/project_window.h"
 #include "frame/session_layout.h"
 #include "frame/tool_windows.h"
@@ -354,6 +355,7 @@ void OnClose(HWND frame) {
 }
 
 void OnDestroy() {
+  FreeParserTable();
   for (HBITMAP& bitmap : g_frame.buildBitmaps) {
     if (bitmap) DeleteObject(bitmap);
     bitmap = nullptr;

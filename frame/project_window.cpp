@@ -973,3 +973,9 @@ const char* OpenProjectPath() {
   ProjectWindow* data = WindowData(g_frame.projectWindow);
   return data ? data->project.path : nullptr;
 }
+
+Project* OpenProject() {
+  if (!g_frame.projectWindow) return nullptr;
+  ProjectWindow* data = WindowData(g_frame.projectWindow);
+  return data ? &data->project : nullptr;
+}

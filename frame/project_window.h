@@ -24,6 +24,9 @@ void NewProjectWithDialog(HWND frame);
 
 // The open project's file (internal form), or null without a project window.
 const char* OpenProjectPath();
+// The open project itself, or null.
+struct Project;
+Project* OpenProject();
 // The file the desk is kept in while a project is open: its project file, or null when there is
 // no project window or the file has vanished (a desk alone would make a file that is no project).
 const char* ProjectListFile();

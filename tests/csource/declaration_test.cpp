@@ -71,7 +71,8 @@ TEST_F(DeclarationTest, ShowDefinitionFollowsTheChainAndComputes) {
         "#define MAX(a,b) ((a)>(b)?(a):(b))\n"
         "#define N (4+4)*2\n"
         "typedef struct tagPOINT { int x; int y; } POINT, *PPOINT;\n"
-        "#define LOOP1 LOOP2\n#define LOOP2 LOOP1\n");
+        "#define LOOP1 LOOP2\n#define LOOP2 LOOP1\n"
+        "typedef struct Node Node;\n");
   DefinitionCache cache;
   InitDefinitionCache(&cache);
   std::string path = folder_ + "/x.c";
@@ -92,8 +93,13 @@ TEST_F(DeclarationTest, ShowDefinitionFollowsTheChainAndComputes) {
   EXPECT_EQ(show("_M_IX86"), "[CPU]\r\n#define _M_IX86 600\r\n\r\n[Result]\r\n=600\r\n\r\n");
   EXPECT_EQ(show("unknown"), "");
   EXPECT_EQ(show(""), "");
-  std::string loop = show("LOOP1");  // ends although the two name each other
-  EXPECT_NE(loop.find("#define LOOP2 LOOP1"), std::string::npos);
+  for (int round = 0; round < 2; ++round) {  // round the cycle once, and said in each look-up
+    EXPECT_EQ(show("LOOP1"),
+              "[x.c #4]\r\n#define LOOP1 LOOP2\r\n\r\n[x.c #5]\r\n#define LOOP2 LOOP1\r\n\r\n"
+              "[x.c #4] Recursive macro 'LOOP1'\r\n");
+  }
+  // A typedef of its own tag is no cycle worth a word.
+  EXPECT_EQ(show("Node"), "[x.c #6]\r\ntypedef struct Node Node;\r\n\r\n");
   EXPECT_EQ(cache.parses, 1);  // no second parse without a change
 
   // A new time stamp parses again.
@@ -102,6 +108,44 @@ TEST_F(DeclarationTest, ShowDefinitionFollowsTheChainAndComputes) {
       path, std::filesystem::last_write_time(path) + std::chrono::seconds(10));
   EXPECT_EQ(show("N"), "[x.c #1]\r\n#define N 5\r\n\r\n[Result]\r\n=5\r\n\r\n");
   EXPECT_EQ(cache.parses, 2);
+  FreeDefinitionCache(&cache);
+}
+
+TEST_F(DeclarationTest, ShowDefinitionAnswersOddWordsAndFilesQuietly) {
+  std::string binary;
+  for (int i = 0; i < 4096; ++i)
+    binary += static_cast<char>((i * 37) & 0xFF);
+  Write("bin.h", binary);
+  Write("a.h", "#include \"b.h\"\nint inA;\n");
+  Write("b.h", "#include \"a.h\"\nint inB;\n");
+  Write("x.c", "#include <gone.h>\n#include \"bin.h\"\n#include \"a.h\"\nint after;\n");
+  DefinitionCache cache;
+  InitDefinitionCache(&cache);
+  std::string path = folder_ + "/x.c";
+  ParseOptions options = {nullptr, "/no/such/folder;", nullptr, 0};
+  auto show = [&](const char* source, const std::string& word) {
+    TextBuffer result;
+    InitText(&result, 1);
+    EXPECT_TRUE(ShowDefinition(&cache, source, word.c_str(), &result, &options));
+    std::string text = TextOf(&result);
+    FreeText(&result);
+    return text;
+  };
+  // A document without a file and no table yet: nothing to say, nothing read.
+  EXPECT_EQ(show(nullptr, "after"), "");
+  EXPECT_EQ(cache.parses, 0);
+  // A missing folder, a binary header and an include cycle are read past.
+  std::string first = show(path.c_str(), "after");
+  EXPECT_EQ(first.rfind("'gone.h' not Found\r\n", 0), 0u) << first;
+  EXPECT_NE(first.find("[x.c #4]\r\nvar after int;\r\n"), std::string::npos) << first;
+  EXPECT_EQ(show(path.c_str(), "inA"), "[a.h #2]\r\nvar inA int;\r\n\r\n");
+  EXPECT_EQ(show(path.c_str(), "inB"), "[b.h #2]\r\nvar inB int;\r\n\r\n");
+  // The same table for a document without a file.
+  EXPECT_EQ(show(nullptr, "inB"), "[b.h #2]\r\nvar inB int;\r\n\r\n");
+  EXPECT_EQ(show(path.c_str(), "42"), "[Result]\r\n=42\r\n\r\n");
+  EXPECT_EQ(show(path.c_str(), std::string(5000, 'w')), "");
+  EXPECT_EQ(show(path.c_str(), "  \t "), "");
+  EXPECT_EQ(cache.parses, 1);
   FreeDefinitionCache(&cache);
 }
 

@@ -2,6 +2,7 @@
 
 #include "csource/condition.h"
 #include "csource/macro_expand.h"
+#include "csource/preprocessor.h"
 #include "csource/syntax_error.h"
 #include "tests/csource/csource_fixture.h"
 
@@ -69,17 +70,52 @@ TEST_F(PreprocessTest, ExpansionFollowsC) {
   EXPECT_EQ(messages, "[t.c #7] Syntex Error (971)\r\n");
 }
 
-TEST_F(PreprocessTest, AMacroThatNamesItselfStopsAndIsReportedOnce) {
+TEST_F(PreprocessTest, AMacroThatNamesItselfStopsAndIsReportedOnceWhenLookedUp) {
   Write("a.c",
         "#define A B + A\n#define B A\n#define SELF SELF\n#define f(x) f(x) + g\n"
         "#define g f\n#define H2 H1 H1\n#define H1 H0 H0\n#define H0 x\n"
         "int v1 = A, v2 = SELF, v3 = f(1), v4 = A;\n");
-  EXPECT_EQ(Parse("a.c"),
-            "[a.c #9] Recursive macro 'A'\r\n[a.c #9] Recursive macro 'SELF'\r\n"
-            "[a.c #9] Recursive macro 'f'\r\n");
+  // Headers name macros after themselves on purpose: reading them says nothing.
+  EXPECT_EQ(Parse("a.c"), "");
   EXPECT_EQ(Expand(&table_, "A"), "A + A");
   EXPECT_EQ(Expand(&table_, "f(2)"), "f(2) + f");
   EXPECT_EQ(Expand(&table_, "H2"), "x x x x");
+
+  // Looking one up: the chain once and the word about it once, in every look-up.
+  DefinitionCache cache;
+  InitDefinitionCache(&cache);
+  std::string path = folder_ + "/a.c";
+  auto show = [&](const char* word) {
+    TextBuffer result;
+    InitText(&result, 1);
+    ShowDefinition(&cache, path.c_str(), word, &result, nullptr);
+    std::string text = TextOf(&result);
+    FreeText(&result);
+    return text;
+  };
+  auto count = [](const std::string& text, const std::string& part) {
+    int n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+      ++n;
+    return n;
+  };
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(show("SELF"),
+              "[a.c #3]\r\n#define SELF SELF\r\n\r\n[a.c #3] Recursive macro 'SELF'\r\n");
+    std::string a = show("A");
+    EXPECT_EQ(a.rfind("[a.c #1]\r\n#define A B + A\r\n\r\n", 0), 0u) << a;
+    EXPECT_EQ(count(a, "[Original Sentence]"), 1) << a;
+    EXPECT_EQ(count(a, "[a.c #1] Recursive macro 'A'\r\n"), 1) << a;
+    EXPECT_EQ(count(a, "[a.c #2] Recursive macro 'B'\r\n"), 1) << a;
+    std::string call = show("f(1)");
+    EXPECT_EQ(count(call, "[Original Sentence]"), 1) << call;
+    EXPECT_EQ(count(call, "Recursive macro 'f'"), 1) << call;
+    EXPECT_EQ(show("H2"),
+              "[a.c #6]\r\n#define H2 H1 H1\r\n\r\n[Original Sentence]\r\nx x x x\r\n\r\n");
+  }
+  EXPECT_EQ(cache.parses, 1);
+  FreeDefinitionCache(&cache);
+
   // Doubling names: cut off with a message, not exhausted memory.
   std::string chain;
   for (int i = 1; i <= 40; ++i)
@@ -117,7 +153,31 @@ TEST_F(PreprocessTest, ConditionsWithDefinedExpansionAndErrors) {
     EXPECT_NE(log.Text().find("t.c #5 CalcMathExpression('1 +') Err="), std::string::npos)
         << log.Text();
   }
+  // The conditional operator, and "&&" and "||" that leave their right side unevaluated.
+  const struct {
+    const char* text;
+    int value;
+  } kShortCircuits[] = {
+      {"defined __cplusplus ? __cplusplus >= 201402L : defined FOO", 1},
+      {"(defined NOPE ? NOPE : 0) < 201112 && !(0 || (3 < NOPE + (5 <= NOPE)))", 1},
+      {"1 ? TWO ? 3 : 4 : 5", 3},
+      {"0 ? 1 : 0 ? 2 : 7", 7},
+      {"(FOO > 2 ? 0 : 1) ? 10 : 20", 20},
+      {"defined NOPE && 10 / NOPE > 1", 0},
+      {"!defined NOPE || 10 / NOPE > 1", 1},
+      {"(0 && 1 / 0) + 4", 4},
+      {"'?' == 63 && ':' == 58", 1},
+      {"L'\\0' - 1 > 0 || u'a' == 97", 1},
+  };
+  for (const auto& c : kShortCircuits) {
+    EXPECT_EQ(eval(c.text, &messages), c.value) << c.text;
+    EXPECT_EQ(messages, "") << c.text;
+  }
   LogCapture quiet;
+  EXPECT_EQ(eval("1 && 10 / 0", &messages), 0);
+  EXPECT_EQ(messages, "[t.c #5] Syntex Error (1426)\r\n");
+  EXPECT_EQ(eval("1 ? 2", &messages), 0);
+  EXPECT_EQ(messages, "[t.c #5] Syntex Error (1426)\r\n");
   eval("defined(FOO", &messages);
   EXPECT_EQ(messages.substr(0, 30), "[t.c #5] Syntex Error (1153)\r\n");
   eval("P(1", &messages);
@@ -157,6 +217,38 @@ TEST_F(PreprocessTest, SixtyThreeLevelsPassTheSixtyFourthDropsTheFile) {
   EXPECT_NE(Find("inner63"), nullptr);
   EXPECT_EQ(Find("before"), nullptr);  // the dropped file is not scanned at all
   EXPECT_EQ(Find("inner64"), nullptr);
+  EXPECT_NE(Find("after"), nullptr);
+}
+
+TEST_F(PreprocessTest, EachFaultyConditionIsReportedOnceARun) {
+  Write("h.h", "#if 1/0\n#endif\n#if 3/0\n#endif\n");
+  Write("a.c",
+        "#if 1/0\n#endif\n#if 1 / 0\n#endif\n#if 1/0\n#elif 1/0\n#endif\n#include \"h.h\"\n"
+        "#if 2/0\n#endif\n");
+  LogCapture quiet;
+  EXPECT_EQ(Parse("a.c"),
+            "[a.c #1] Syntex Error (1426)\r\n[a.c #3] Syntex Error (1426)\r\n"
+            "[h.h #3] Syntex Error (1426)\r\n[a.c #9] Syntex Error (1426)\r\n");
+  FreeSymbolTable(&table_);
+  EXPECT_EQ(Parse("a.c").substr(0, 30),
+            "[a.c #1] Syntex Error (1426)\r\n");  // a new run says it again
+}
+
+TEST_F(PreprocessTest, AnIncludeChainTooDeepIsReportedOnce) {
+  // Two chains of distinct headers, each deeper than the limit.
+  for (int i = 1; i <= kMaxIncludeDepth + 3; ++i) {
+    std::string next = std::to_string(i + 1);
+    Write("h" + std::to_string(i) + ".h",
+          "int h" + std::to_string(i) + ";\n#include \"h" + next + ".h\"\n");
+    Write("g" + std::to_string(i) + ".h",
+          "int g" + std::to_string(i) + ";\n#include \"g" + next + ".h\"\n");
+  }
+  Write("a.c", "#include \"h1.h\"\n#include \"g1.h\"\nint after;\n");
+  std::string deepest = std::to_string(kMaxIncludeDepth);
+  EXPECT_EQ(Parse("a.c"), "[h" + deepest + ".h #2] '#include' is too deep\r\n");
+  EXPECT_NE(Find(("h" + deepest).c_str()), nullptr);
+  EXPECT_EQ(Find(("h" + std::to_string(kMaxIncludeDepth + 1)).c_str()), nullptr);
+  EXPECT_NE(Find(("g" + deepest).c_str()), nullptr);
   EXPECT_NE(Find("after"), nullptr);
 }
 

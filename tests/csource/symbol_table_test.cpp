@@ -59,6 +59,25 @@ TEST_F(SymbolTableTest, OneNamespaceSortedAndGrowingInSteps) {
   FreeSymbolTable(&table);
 }
 
+// C names are ordered without asking the system; the order must still be the system's (under
+// Wine this compares with the real lstrcmpA).
+TEST_F(SymbolTableTest, NamesAreOrderedAsTheSystemOrdersThem) {
+  const char* const kNames[] = {"a",  "A",   "_a",   "a_",  "a_b",  "ab",  "aB",  "Ab",  "AB",
+                                "a1", "a10", "a2",   "A_1", "_",    "__",  "z",   "Z9",  "x_Y",
+                                "xy", "x0",  "WM_A", "WMA", "wm_a", "WM_", "abc", "abC", "aBc"};
+  auto sign = [](int v) { return (v > 0) - (v < 0); };
+  for (const char* a : kNames) {
+    for (const char* b : kNames) {
+      int length = static_cast<int>(strlen(a));
+      EXPECT_EQ(sign(CompareSymbolName(a, length, b)), sign(OsCompareText(a, length, b)))
+          << a << " " << b;
+    }
+  }
+  // Anything else is the system's to order.
+  EXPECT_EQ(sign(CompareSymbolName("a-b", 3, "ab")), sign(OsCompareText("a-b", 3, "ab")));
+  EXPECT_EQ(sign(CompareSymbolName("ab", 2, "a.b")), sign(OsCompareText("ab", 2, "a.b")));
+}
+
 TEST_F(SymbolTableTest, KindNames) {
   const char* expected[] = {"typedef", "function", "struct",   "union",
                             "enum",    "#define",  "callconv", "var"};
