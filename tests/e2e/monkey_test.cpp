@@ -127,19 +127,21 @@ class Monkey {
     events_.push_back(e);
   }
   // A cell of the text area that is not where the button last went down, so that two separate
-  // clicks never make a double click.
-  void Cell(int* row, int* column) {
+  // presses never make a double click (the system compares each press with the one before it,
+  // wherever the button was let go).
+  void Cell(int* row, int* column, bool press) {
     do {
       *row = Pick(rows_ < 12 ? rows_ : 12);
       *column = Pick(columns_ < 40 ? columns_ : 40);
     } while (*row == lastRow_ && *column == lastColumn_);
+    if (!press) return;
     lastRow_ = *row;
     lastColumn_ = *column;
   }
   void Mouse(Kind kind) {
     Event e{kind};
-    Cell(&e.row, &e.column);
-    if (kind == kDrag) Cell(&e.row2, &e.column2);
+    Cell(&e.row, &e.column, true);
+    if (kind == kDrag) Cell(&e.row2, &e.column2, false);
     events_.push_back(e);
   }
   void Text() {
