@@ -35,3 +35,5 @@ int RunFindCommand(int argc, char** argv);
 int RunLookupCommand(int argc, char** argv);
 int RunPngCommand(int argc, char** argv);
 int RunHttpCommand(int argc, char** argv);
+int RunSortCommand(int argc, char** argv);
+int RunStrcodeCommand(int argc, char** argv);

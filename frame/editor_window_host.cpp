@@ -126,6 +126,10 @@ int AskUnmappable(void*, EditorView* view, int encoding, const UnmappableText* f
   return ShowMessage(view ? view->window : nullptr, text, MB_YESNOCANCEL | MB_ICONQUESTION);
 }
 
+bool AskSortOptions(void*, EditorView*, LineSortOptions* options) {
+  return AskLineSortDialog(g_frame.frame, options);
+}
+
 bool OpenFile(void*, const char* path) {
   return OpenOrActivateDocument(path, nullptr, 0, 0) != nullptr;
 }
@@ -138,7 +142,8 @@ constexpr EditorHost kWindowEditorHost = {
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
 constexpr CommandHost kWindowCommandHost = {
-    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile, nullptr, nullptr, nullptr,
+    nullptr, SearchDialog, AskLineNumber, AskOtherFormat, OpenFile,
+    nullptr, nullptr,      nullptr,       AskSortOptions,
 };
 
 }  // namespace

@@ -211,3 +211,13 @@
 #define IDC_BIN_EXP0 112     // ... 114: hexadecimal, signed, unsigned
 #define IDC_BIN_SIZE0 115    // ... 117: 1, 2, 4 bytes
 #define IDC_BIN_ENDIAN0 118  // ... 119: as in the file, swapped
+
+// The text tools: line sort (modal), string code view and linear equations (modeless).
+#define IDD_LINE_SORT 170
+#define IDC_SORT_ASCENDING 100  // the order pair: ascending, descending
+#define IDC_SORT_DESCENDING 101
+#define IDC_SORT_IGNORE_CASE 102
+#define IDC_SORT_NUMBERS 103
+#define IDC_SORT_UNIQUE 104
+#define IDD_STRING_CODE 171
+#define IDD_EQUATIONS 172
