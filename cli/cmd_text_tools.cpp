@@ -4,10 +4,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "calc/linear_equations.h"
 #include "cli/tool.h"
 #include "cli/tool_document.h"
 #include "editor/line_sort.h"
 #include "foundation/memory.h"
+#include "foundation/text_builder.h"
 #include "foundation/unicode.h"
 #include "tools/string_code.h"
 
@@ -92,4 +94,36 @@ int RunStrcodeCommand(int argc, char** argv) {
   fputs(text, stdout);
   FreeMem(text);
   return kExitOk;
+}
+
+// What the linear equation calculator shows for the equations, one an argument (or the lines of
+// FILE after -f); exit 1 when they have no single answer.
+int RunLineqCommand(int argc, char** argv) {
+  if (argc < 1) return kExitUsage;
+  TextBuilder text(kOwnerTool);
+  if (strcmp(argv[0], "-f") == 0) {
+    if (argc != 2) return kExitUsage;
+    FILE* file = fopen(argv[1], "rb");
+    if (!file) {
+      fprintf(stderr, "quill-tool: lineq: cannot open %s\n", argv[1]);
+      return kExitFailed;
+    }
+    char buffer[4096];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, file)) > 0)
+      text.Append(buffer, n);
+    fclose(file);
+  } else {
+    for (int i = 0; i < argc; ++i) {
+      text.Append(argv[i]);
+      text.Append('\n');
+    }
+  }
+  if (text.Failed()) return kExitFailed;
+  int result = 0;
+  char* answer = SolveLinearEquations(text.Text(), &result);
+  if (!answer) return kExitFailed;
+  fputs(answer, stdout);
+  FreeMem(answer);
+  return result == kLinearSolved ? kExitOk : kExitFailed;
 }

@@ -87,6 +87,9 @@ const ToolCommand kCommands[] = {
     {"strcode", RunStrcodeCommand,
      "strcode TEXT...                     what the string code view shows for TEXT: its codes,\n"
      "                                    or the text behind codes such as \\xB0\\xA1 or 0xAC00"},
+    {"lineq", RunLineqCommand,
+     "lineq EQUATION... | lineq -f FILE   what the linear equation calculator shows for the\n"
+     "                                    equations (one an argument, or FILE's lines)"},
 };
 
 int Usage() {

@@ -37,3 +37,4 @@ int RunPngCommand(int argc, char** argv);
 int RunHttpCommand(int argc, char** argv);
 int RunSortCommand(int argc, char** argv);
 int RunStrcodeCommand(int argc, char** argv);
+int RunLineqCommand(int argc, char** argv);
