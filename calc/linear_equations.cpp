@@ -398,7 +398,7 @@ uint32_t Substitute(const System* system, const int* pivotColumn, int rank, Deci
 int Solve(System* system, DecimalNumber* solution, TextBuilder* out) {
   int n = system->unknowns;
   int m = system->equations;
-  int pivotColumn[kMaxEquations];
+  int pivotColumn[kMaxEquations] = {};
   int rank = 0;
   memcpy(system->original, system->cells, sizeof system->cells);
   for (int row = 0; row < m; ++row)
@@ -458,8 +458,8 @@ int Solve(System* system, DecimalNumber* solution, TextBuilder* out) {
   for (int row = 0; row < rank; ++row)
     y[row] = system->cells[row][kMaxUnknowns];
   int failedRow = 0;
+  uint32_t error = 0;
   // The constants are eliminated already: back substitution alone.
-  uint32_t error = Substitute(system, pivotColumn, 0, y, solution, &failedRow);
   for (int row = rank - 1; row >= 0 && !error; --row) {
     const DecimalNumber* cells = system->cells[row];
     DecimalNumber value = y[row];
