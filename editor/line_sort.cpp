@@ -72,34 +72,64 @@ int CompareNumbers(const SortKey& a, const SortKey& b, bool fold) {
   return restA == restB ? 0 : (restA < restB ? -1 : 1);
 }
 
+// What the sort moves: the key with its first units packed into two numbers, so that most
+// comparisons are integer comparisons over memory read in order.
+struct Entry {
+  uint64_t prefix[2];
+  SortKey key;
+  int32_t index;
+};
+
+constexpr int kPrefixUnits = 8;  // 16 bits each, four to a number
+
+// The first units as ordinals + 1 (0: past the end; the one ordinal that would not fit is kept
+// at the top with the one below it, which only sends those two to the whole comparison). In
+// number mode the prefix ends at the first digit, which stands as any digit does beside a unit
+// that is none: as '0'. Two different prefixes order their keys as the whole comparison would.
+void Prefix(const SortKey& key, bool fold, bool numbers, uint64_t* prefix) {
+  uint64_t parts[kPrefixUnits] = {};
+  for (int i = 0; i < kPrefixUnits && i < key.length; ++i) {
+    bool digit = numbers && IsDigit(key.text[i]);
+    int ordinal = Ordinal(digit ? u'0' : key.text[i], fold) + 1;
+    parts[i] = static_cast<uint64_t>(ordinal < 0xFFFF ? ordinal : 0xFFFF);
+    if (digit) break;
+  }
+  for (int word = 0; word < 2; ++word) {
+    prefix[word] = 0;
+    for (int i = 0; i < 4; ++i)
+      prefix[word] = prefix[word] << 16 | parts[word * 4 + i];
+  }
+}
+
 struct SortRun {
-  const SortKey* keys;
   const LineSortOptions* options;
   int sign;  // -1 for descending
 };
 
-inline bool Before(const SortRun& run, int32_t a, int32_t b) {
-  return run.sign * CompareSortKeys(run.keys[a], run.keys[b], *run.options) < 0;
+inline bool Before(const SortRun& run, const Entry& a, const Entry& b) {
+  if (a.prefix[0] != b.prefix[0]) return (a.prefix[0] < b.prefix[0]) == (run.sign > 0);
+  if (a.prefix[1] != b.prefix[1]) return (a.prefix[1] < b.prefix[1]) == (run.sign > 0);
+  return run.sign * CompareSortKeys(a.key, b.key, *run.options) < 0;
 }
 
 // Bottom-up merge sort: insertion sort of short runs, then merges that take the left element on
 // a tie, so equal keys keep their order.
-void MergeSort(const SortRun& run, int32_t* order, int32_t* scratch, int count) {
+void MergeSort(const SortRun& run, Entry* items, Entry* scratch, int count) {
   constexpr int kRun = 16;
   for (int start = 0; start < count; start += kRun) {
     int end = start + kRun < count ? start + kRun : count;
     for (int i = start + 1; i < end; ++i) {
-      int32_t item = order[i];
+      Entry item = items[i];
       int j = i;
-      while (j > start && Before(run, item, order[j - 1])) {
-        order[j] = order[j - 1];
+      while (j > start && Before(run, item, items[j - 1])) {
+        items[j] = items[j - 1];
         --j;
       }
-      order[j] = item;
+      items[j] = item;
     }
   }
-  int32_t* from = order;
-  int32_t* to = scratch;
+  Entry* from = items;
+  Entry* to = scratch;
   for (int width = kRun; width < count; width *= 2) {
     for (int start = 0; start < count; start += 2 * width) {
       int middle = start + width < count ? start + width : count;
@@ -108,8 +138,8 @@ void MergeSort(const SortRun& run, int32_t* order, int32_t* scratch, int count) 
       int j = middle;
       int k = start;
       // Already in order: the merge is a copy.
-      if (middle < end && !Before(run, from[middle], from[middle - 1])) {
-        memcpy(to + start, from + start, static_cast<size_t>(end - start) * sizeof(int32_t));
+      if (middle >= end || !Before(run, from[middle], from[middle - 1])) {
+        memcpy(to + start, from + start, static_cast<size_t>(end - start) * sizeof(Entry));
         continue;
       }
       while (i < middle && j < end)
@@ -119,11 +149,11 @@ void MergeSort(const SortRun& run, int32_t* order, int32_t* scratch, int count) 
       while (j < end)
         to[k++] = from[j++];
     }
-    int32_t* swap = from;
+    Entry* swap = from;
     from = to;
     to = swap;
   }
-  if (from != order) memcpy(order, from, static_cast<size_t>(count) * sizeof(int32_t));
+  if (from != items) memcpy(items, from, static_cast<size_t>(count) * sizeof(Entry));
 }
 
 }  // namespace
@@ -139,18 +169,27 @@ int SortKeys(const SortKey* keys, int count, const LineSortOptions& options, int
   for (int i = 0; i < count; ++i)
     order[i] = i;
   if (count < 2) return count;
-  auto* scratch = static_cast<int32_t*>(
-      AllocMem(static_cast<size_t>(count) * sizeof(int32_t), kOwnerLineSort));
-  if (!scratch) return -1;
-  SortRun run = {keys, &options, options.descending ? -1 : 1};
-  MergeSort(run, order, scratch, count);
-  FreeMem(scratch);
-  if (!options.unique) return count;
-  int kept = 1;
-  for (int i = 1; i < count; ++i) {
-    if (CompareSortKeys(keys[order[kept - 1]], keys[order[i]], options) != 0)
-      order[kept++] = order[i];
+  auto* items = static_cast<Entry*>(
+      AllocMem(static_cast<size_t>(count) * 2 * sizeof(Entry), kOwnerLineSort));
+  if (!items) return -1;
+  bool fold = options.ignoreCase != 0;
+  bool numbers = options.numbers != 0;
+  for (int i = 0; i < count; ++i) {
+    items[i].key = keys[i];
+    items[i].index = i;
+    Prefix(keys[i], fold, numbers, items[i].prefix);
   }
+  SortRun run = {&options, options.descending ? -1 : 1};
+  MergeSort(run, items, items + count, count);
+  int kept = 0;
+  for (int i = 0; i < count; ++i) {
+    // Equal keys are neighbours now; of each run only the first stays.
+    if (options.unique && kept > 0 &&
+        CompareSortKeys(keys[order[kept - 1]], items[i].key, options) == 0)
+      continue;
+    order[kept++] = items[i].index;
+  }
+  FreeMem(items);
   return kept;
 }
 

@@ -32,6 +32,8 @@ TEST_F(LineSortTest, OrdersByTheOptions) {
        {"file10", "file2", "file", "file1a", "file01", "x99999999999999999999", "x100000000000000000000"},
        {"file", "file01", "file1a", "file2", "file10", "x99999999999999999999",
         "x100000000000000000000"}},
+      // A digit beside a unit that is none compares as a digit does, whatever its value.
+      {{0, 0, 1, 0}, {"a10", "a~", "a9", "a!", "a1", "a"}, {"a", "a!", "a1", "a9", "a10", "a~"}},
       {{0, 0, 0, 0}, {"file10", "file2"}, {"file10", "file2"}},
       // The first of equal keys stays, in either direction.
       {{0, 1, 0, 1}, {"b", "A", "a", "B", "c"}, {"A", "b", "c"}},
