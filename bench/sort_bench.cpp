@@ -50,7 +50,8 @@ double SortSeconds(const std::string& path, const LineSortOptions& options, int*
     std::vector<SortKey> keys(document->lineCount);
     std::vector<int32_t> order(document->lineCount);
     for (int i = 0; i < document->lineCount; ++i)
-      keys[i] = {document->lines[i] ? document->lines[i]->text : nullptr, LineLength(document->lines[i])};
+      keys[i] = {document->lines[i] ? document->lines[i]->text : nullptr,
+                 LineLength(document->lines[i])};
     start = std::chrono::steady_clock::now();
     SortKeys(keys.data(), document->lineCount, options, order.data());
   } else {
@@ -63,7 +64,8 @@ double SortSeconds(const std::string& path, const LineSortOptions& options, int*
 }
 
 double GnuSeconds(const std::string& path, const char* flags) {
-  std::string command = "LC_ALL=C sort -s " + std::string(flags) + " " + path + " >" + path + ".out";
+  std::string command =
+      "LC_ALL=C sort -s " + std::string(flags) + " " + path + " >" + path + ".out";
   auto start = std::chrono::steady_clock::now();
   if (system(command.c_str()) != 0) fprintf(stderr, "sort failed\n");
   double seconds = SecondsSince(start);

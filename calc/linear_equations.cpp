@@ -220,7 +220,7 @@ uint32_t SubtractCancelling(DecimalNumber* cell, const DecimalNumber& product) {
   uint32_t error = SubtractDecimal(cell, product);
   if (error || IsDecimalZero(*cell) || IsDecimalZero(old) || IsDecimalZero(product)) return error;
   int larger = DecimalExponent(old) > DecimalExponent(product) ? DecimalExponent(old)
-                                                              : DecimalExponent(product);
+                                                               : DecimalExponent(product);
   if (DecimalExponent(*cell) < larger - kZeroPlaces) *cell = kDecimalZero;
   return 0;
 }
@@ -253,8 +253,7 @@ void AppendValue(TextBuilder* out, const DecimalNumber& value) {
     while (digits[i] == 9)
       digits[i--] = 0;
     ++digits[i];  // stops at the leading zero at the latest
-    if (StoreDecimal(parts.negative, parts.exponent + 1, digits, kShownDigits + 1, false,
-                     &rounded))
+    if (StoreDecimal(parts.negative, parts.exponent + 1, digits, kShownDigits + 1, false, &rounded))
       rounded = value;
   }
   if (IsDecimalZero(rounded)) {

@@ -169,8 +169,8 @@ int SortKeys(const SortKey* keys, int count, const LineSortOptions& options, int
   for (int i = 0; i < count; ++i)
     order[i] = i;
   if (count < 2) return count;
-  auto* items = static_cast<Entry*>(
-      AllocMem(static_cast<size_t>(count) * 2 * sizeof(Entry), kOwnerLineSort));
+  auto* items =
+      static_cast<Entry*>(AllocMem(static_cast<size_t>(count) * 2 * sizeof(Entry), kOwnerLineSort));
   if (!items) return -1;
   bool fold = options.ignoreCase != 0;
   bool numbers = options.numbers != 0;

@@ -40,8 +40,8 @@ FollowedSelection g_followed = {};
 void SetOutputText(HWND dialog, const char* text) {
   int units = MultiByteToWideChar(CP_UTF8, 0, text, -1, nullptr, 0);
   if (units <= 0) return;
-  auto* wide = static_cast<wchar_t*>(
-      AllocMem(static_cast<size_t>(units) * sizeof(wchar_t), kOwnerToolText));
+  auto* wide =
+      static_cast<wchar_t*>(AllocMem(static_cast<size_t>(units) * sizeof(wchar_t), kOwnerToolText));
   if (!wide) return;
   MultiByteToWideChar(CP_UTF8, 0, text, -1, wide, units);
   SetDlgItemTextW(dialog, IDC_TOOL_OUTPUT, wide);
@@ -78,8 +78,9 @@ void FollowSelection(HWND dialog) {
   const EditorView* view = &editor->view;
   Selection s = NormalisedSelection(view);
   const UndoRecord* head = UndoHead(view->document);
-  FollowedSelection now = {view->document,  head ? head->version : 0, s.startColumn, s.startLine,
-                           s.endColumn,     s.endLine,               view->blockMode};
+  FollowedSelection now = {
+      view->document, head ? head->version : 0, s.startColumn, s.startLine, s.endColumn,
+      s.endLine,      view->blockMode};
   if (memcmp(&now, &g_followed, sizeof now) == 0) return;
   g_followed = now;
   TextPosition from = {s.startColumn, s.startLine};
@@ -140,7 +141,8 @@ void SolveEquations(HWND dialog) {
   wchar_t* input = InputText(dialog, &length);
   if (!input) return;
   int size = WideCharToMultiByte(CP_UTF8, 0, input, length + 1, nullptr, 0, nullptr, nullptr);
-  auto* text = static_cast<char*>(AllocMem(static_cast<size_t>(size > 0 ? size : 1), kOwnerToolText));
+  auto* text =
+      static_cast<char*>(AllocMem(static_cast<size_t>(size > 0 ? size : 1), kOwnerToolText));
   if (text) {
     text[0] = '\0';
     WideCharToMultiByte(CP_UTF8, 0, input, length + 1, text, size, nullptr, nullptr);

@@ -24,8 +24,8 @@ struct Character {
 };
 
 Character CharacterAt(const char16_t* units, int count, int index) {
-  bool pair = index + 1 < count && IsHighSurrogate(units[index]) &&
-              IsLowSurrogate(units[index + 1]);
+  bool pair =
+      index + 1 < count && IsHighSurrogate(units[index]) && IsLowSurrogate(units[index + 1]);
   return {index, pair ? 2 : 1};
 }
 
@@ -46,8 +46,7 @@ void AppendHexByte(TextBuilder* out, unsigned byte) {
 // The bytes of one character in a file encoding; 0 when the encoding cannot hold it.
 int EncodeCharacter(const char16_t* units, Character c, int encoding, uint8_t* bytes) {
   int first = 0;
-  if (encoding != UTF8 && CountUnmappable(units + c.index, c.units, encoding, &first) > 0)
-    return 0;
+  if (encoding != UTF8 && CountUnmappable(units + c.index, c.units, encoding, &first) > 0) return 0;
   char target[8];
   int length = 0;
   if (encoding == UTF8) {

@@ -64,7 +64,8 @@ TEST_F(LinearEquationsTest, AgreesWithExactFractionsTo27Digits) {
       // |ours - exact| below one unit of the exact value's 27th digit.
       EXPECT_TRUE(IsDecimalZero(difference) ||
                   DecimalExponent(difference) <= DecimalExponent(theirs) - 27)
-          << v.system << "\n" << answer << "exact " << exact;
+          << v.system << "\n"
+          << answer << "exact " << exact;
       at = end + 2;
     }
   }
@@ -92,7 +93,8 @@ TEST_F(LinearEquationsTest, SaysWhyThereIsNoSingleAnswer) {
     const char* message;
   };
   const Case kCases[] = {
-      {"x = x + 1", kLinearInconsistent, "해가 없습니다: 1번째 식이 다른 식들과 맞지 않습니다.\r\n"},
+      {"x = x + 1", kLinearInconsistent,
+       "해가 없습니다: 1번째 식이 다른 식들과 맞지 않습니다.\r\n"},
       // The larger coefficients lead: the first equation is the one left over.
       {"x + y = 1\n2x + 2y = 3", kLinearInconsistent,
        "해가 없습니다: 1번째 식이 다른 식들과 맞지 않습니다.\r\n"},

@@ -27,8 +27,21 @@ std::string Shell(const std::string& command) {
 // punctuation between them (folding must make capitals of small letters), digits, blanks,
 // Hangul, a character above the surrogates and one beyond the basic plane.
 std::string RandomLines(std::mt19937* random, int count, bool lettersAndDigits) {
-  const std::vector<std::string> kAll = {"a", "b", "A", "B", "_", "[", "`", "0", "1", "9",
-                                         " ", "가", "나", "\xEF\xBC\xA1", "\xF0\x9F\x98\x80"};
+  const std::vector<std::string> kAll = {"a",
+                                         "b",
+                                         "A",
+                                         "B",
+                                         "_",
+                                         "[",
+                                         "`",
+                                         "0",
+                                         "1",
+                                         "9",
+                                         " ",
+                                         "가",
+                                         "나",
+                                         "\xEF\xBC\xA1",
+                                         "\xF0\x9F\x98\x80"};
   const std::vector<std::string> kVersion = {"a", "b", "Z", "x", "1", "2", "9", "0"};
   const std::vector<std::string>& alphabet = lettersAndDigits ? kVersion : kAll;
   std::string text;
@@ -56,9 +69,13 @@ TEST(SortTool, AgreesWithGnuSortWhereTheRulesAgree) {
   };
   // Stable on both sides: equal keys keep their order, so -f and -u are compared exactly.
   const Case kCases[] = {
-      {"", "", false},       {"-r", "-r", false},       {"-f", "-f", false},
-      {"-u", "-u", false},   {"-r -f -u", "-r -f -u", false},
-      {"-n", "-V", true},    {"-n -r -u", "-V -r -u", true},
+      {"", "", false},
+      {"-r", "-r", false},
+      {"-f", "-f", false},
+      {"-u", "-u", false},
+      {"-r -f -u", "-r -f -u", false},
+      {"-n", "-V", true},
+      {"-n -r -u", "-V -r -u", true},
   };
   for (const Case& c : kCases) {
     for (int round = 0; round < 3; ++round) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-const wchar_t kSortCaption[] = L"\xC904 \xC815\xB82C";                            // 줄 정렬
+const wchar_t kSortCaption[] = L"\xC904 \xC815\xB82C";                           // 줄 정렬
 const wchar_t kCodeCaption[] = L"\xBB38\xC790\xC5F4 \xCF54\xB4DC \xBCF4\xAE30";  // 문자열 코드 보기
 const wchar_t kEquationsCaption[] =
     L"\xC5F0\xB9BD \xBC29\xC815\xC2DD \xACC4\xC0B0\xAE30";  // 연립 방정식 계산기
@@ -122,8 +122,8 @@ TEST(TextTools, EquationCalculatorSolvesATypedSystem) {
   Chord({VK_SHIFT}, VK_HOME);
   TypeText(L"4x + 2y - 2z = 16");
   Settle();
-  std::wstring dependent = OutputOnceSettled(calculator, L"\xC2DD\xC740");  // 식은
-  EXPECT_EQ(dependent.substr(0, 2), L"\xD574\xAC00") << "no single answer";    // 해가
+  std::wstring dependent = OutputOnceSettled(calculator, L"\xC2DD\xC740");   // 식은
+  EXPECT_EQ(dependent.substr(0, 2), L"\xD574\xAC00") << "no single answer";  // 해가
   EXPECT_NE(dependent.find(L"\xC2DD\xC740"), std::wstring::npos);
 }
 

@@ -21,7 +21,8 @@ TEST_F(LineSortTest, OrdersByTheOptions) {
   };
   const Case kCases[] = {
       // Hangul in syllable order; code-point order puts a surrogate pair after U+FFxx.
-      {{0, 0, 0, 0}, {"나", "가", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1", "b", "B"},
+      {{0, 0, 0, 0},
+       {"나", "가", "\xF0\x9F\x98\x80", "\xEF\xBC\xA1", "b", "B"},
        {"B", "b", "가", "나", "\xEF\xBC\xA1", "\xF0\x9F\x98\x80"}},
       // Folding makes capitals of small letters, so '_' stays after every letter; equal keys keep
       // their order.
@@ -29,7 +30,8 @@ TEST_F(LineSortTest, OrdersByTheOptions) {
       {{1, 1, 0, 0}, {"b", "_", "A", "a", "B"}, {"_", "b", "B", "A", "a"}},
       // Digit runs by value, of any length, leading zeros told apart by the text.
       {{0, 0, 1, 0},
-       {"file10", "file2", "file", "file1a", "file01", "x99999999999999999999", "x100000000000000000000"},
+       {"file10", "file2", "file", "file1a", "file01", "x99999999999999999999",
+        "x100000000000000000000"},
        {"file", "file01", "file1a", "file2", "file10", "x99999999999999999999",
         "x100000000000000000000"}},
       // A digit beside a unit that is none compares as a digit does, whatever its value.

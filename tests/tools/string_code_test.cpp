@@ -71,7 +71,9 @@ TEST_F(StringCodeTest, LiteralsStayCorrectC) {
   EXPECT_EQ(Line(u"가A가g", "C 문자열 (EUC-KR)"),
             "C 문자열 (EUC-KR): \"\\xB0\\xA1\" \"A\\xB0\\xA1g\"");
   // Quotes, backslashes and controls are escaped; octal escapes end by themselves.
-  EXPECT_EQ(Line(u"\"\\\t\x01" u"7", "C 문자열 (UTF-8)"),
+  EXPECT_EQ(Line(u"\"\\\t\x01"
+                 u"7",
+                 "C 문자열 (UTF-8)"),
             "C 문자열 (UTF-8): u8\"\\\"\\\\\\t\\0017\"");
   // What EUC-KR cannot hold becomes '?', as a conversion would write it.
   EXPECT_EQ(Line(u"é가", "C 문자열 (EUC-KR)"), "C 문자열 (EUC-KR): \"?\\xB0\\xA1\"");
@@ -96,7 +98,9 @@ TEST_F(StringCodeTest, ReadsCodesBackIntoText) {
       {u"88 61", "EUC-KR(으)로 읽으면: 늏"},
       {u"0xAC00", "텍스트: 가"},
       {u"L\"\\uAC00\\uD55C\"", "텍스트: 가한"},
-      {u"U+1F600, U+41", "텍스트: \xF0\x9F\x98\x80" "A"},
+      {u"U+1F600, U+41",
+       "텍스트: \xF0\x9F\x98\x80"
+       "A"},
       {u"AC00 D55C", "텍스트: 가한"},
       // Not codes: words, a mix of bare and marked codes, odd lengths.
       {u"BEEF", "글자 4개"},
