@@ -6,11 +6,13 @@
 #include "editor/editor_host.h"
 #include "editor/editor_view.h"
 #include "editor/undo.h"
+#include "foundation/host.h"
 #include "foundation/memory.h"
 #include "foundation/settings.h"
 
 namespace {
 
+constexpr int kNoRoomText = 408;
 constexpr char kOrderKey[] = "SortOrder";  // radio index: 0 ascending, 1 descending
 constexpr char kIgnoreCaseKey[] = "SortIgnoreCaseFg";
 constexpr char kNumbersKey[] = "SortNumbersFg";
@@ -193,6 +195,16 @@ int SortKeys(const SortKey* keys, int count, const LineSortOptions& options, int
   return kept;
 }
 
+namespace {
+
+// The sort's working arrays could not be had: said, and the text left as it was.
+bool NoRoom(int count) {
+  HostMessageIdNumber(kNoRoomText, kMbOk | kMbIconExclamation, count);
+  return false;
+}
+
+}  // namespace
+
 bool SortLines(EditorView* view, const LineSortOptions& options) {
   EditDocument* document = view->document;
   if (!document || document->lineCount < 2) return false;
@@ -217,7 +229,7 @@ bool SortLines(EditorView* view, const LineSortOptions& options) {
   if (count < 2) return false;
   size_t size = static_cast<size_t>(count) * (sizeof(SortKey) + sizeof(int32_t));
   auto* keys = static_cast<SortKey*>(AllocMem(size, kOwnerLineSort));
-  if (!keys) return false;
+  if (!keys) return NoRoom(count);
   auto* order = reinterpret_cast<int32_t*>(keys + count);
   for (int i = 0; i < count; ++i) {
     const LineRecord* record = document->lines[first + i];
@@ -237,7 +249,7 @@ bool SortLines(EditorView* view, const LineSortOptions& options) {
   LinesChange change;
   if (!moved || !BeginLinesChange(view, first, last, &change)) {
     FreeMem(keys);
-    return false;
+    return kept < 0 || moved ? NoRoom(count) : false;
   }
   // The keys' array is free now: it holds the new order of the line records, the dropped ones
   // behind the kept, so that removing the tail frees exactly those.
@@ -247,7 +259,7 @@ bool SortLines(EditorView* view, const LineSortOptions& options) {
   if (!dropped) {
     FreeMem(change.oldText);
     FreeMem(keys);
-    return false;
+    return NoRoom(count);
   }
   memset(dropped, 1, static_cast<size_t>(count));
   for (int i = 0; i < kept; ++i)
