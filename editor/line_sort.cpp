@@ -86,20 +86,33 @@ constexpr int kPrefixUnits = 8;  // 16 bits each, four to a number
 
 // The first units as ordinals + 1 (0: past the end; the one ordinal that would not fit is kept
 // at the top with the one below it, which only sends those two to the whole comparison). In
-// number mode the prefix ends at the first digit, which stands as any digit does beside a unit
-// that is none: as '0'. Two different prefixes order their keys as the whole comparison would.
+// number mode a run of digits stands as '0' (any digit beside a unit that is none compares as
+// one), then its count of significant digits and those digits, as the runs compare by value.
+// Two different prefixes order their keys as the whole comparison would.
 void Prefix(const SortKey& key, bool fold, bool numbers, uint64_t* prefix) {
-  uint64_t parts[kPrefixUnits] = {};
-  for (int i = 0; i < kPrefixUnits && i < key.length; ++i) {
-    bool digit = numbers && IsDigit(key.text[i]);
-    int ordinal = Ordinal(digit ? u'0' : key.text[i], fold) + 1;
-    parts[i] = static_cast<uint64_t>(ordinal < 0xFFFF ? ordinal : 0xFFFF);
-    if (digit) break;
+  uint64_t slots[kPrefixUnits] = {};
+  int k = 0;
+  for (int i = 0; i < key.length && k < kPrefixUnits;) {
+    if (!numbers || !IsDigit(key.text[i])) {
+      int ordinal = Ordinal(key.text[i++], fold) + 1;
+      slots[k++] = static_cast<uint64_t>(ordinal < 0xFFFF ? ordinal : 0xFFFF);
+      continue;
+    }
+    slots[k++] = static_cast<uint64_t>(Ordinal(u'0', false)) + 1;
+    while (i < key.length && key.text[i] == u'0')
+      ++i;
+    int end = i;
+    while (end < key.length && IsDigit(key.text[end]))
+      ++end;
+    if (k < kPrefixUnits) slots[k++] = static_cast<uint64_t>(end - i < 0xFFFF ? end - i : 0xFFFF);
+    if (end - i >= 0xFFFF) break;
+    for (; i < end && k < kPrefixUnits; ++i)
+      slots[k++] = static_cast<uint64_t>(key.text[i] - u'0' + 1);
   }
   for (int word = 0; word < 2; ++word) {
     prefix[word] = 0;
-    for (int i = 0; i < 4; ++i)
-      prefix[word] = prefix[word] << 16 | parts[word * 4 + i];
+    for (int j = 0; j < 4; ++j)
+      prefix[word] = prefix[word] << 16 | slots[word * 4 + j];
   }
 }
 
