@@ -85,6 +85,17 @@ const ToolCommand kCommands[] = {
      "                                    one request of the HTTP client: prints the status,\n"
      "                                    Last-Modified and the body's length, writes the body\n"
      "                                    to OUT; exit 1 on a failure or an HTTP error"},
+    {"sort", RunSortCommand,
+     "sort [-r] [-f] [-n] [-u] [--block LEFT-RIGHT] FILE\n"
+     "                                    FILE's lines as the line sort leaves them (descending,\n"
+     "                                    ignoring case, numbers by value, without duplicates;\n"
+     "                                    keyed by the columns LEFT to RIGHT), stable"},
+    {"strcode", RunStrcodeCommand,
+     "strcode TEXT...                     what the string code view shows for TEXT: its codes,\n"
+     "                                    or the text behind codes such as \\xB0\\xA1 or 0xAC00"},
+    {"lineq", RunLineqCommand,
+     "lineq EQUATION... | lineq -f FILE   what the linear equation calculator shows for the\n"
+     "                                    equations (one an argument, or FILE's lines)"},
 };
 
 int Usage() {

@@ -36,3 +36,6 @@ int RunLookupCommand(int argc, char** argv);
 int RunPngCommand(int argc, char** argv);
 int RunHttpCommand(int argc, char** argv);
 int RunKeysCommand(int argc, char** argv);
+int RunSortCommand(int argc, char** argv);
+int RunStrcodeCommand(int argc, char** argv);
+int RunLineqCommand(int argc, char** argv);

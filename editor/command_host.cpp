@@ -50,3 +50,7 @@ bool CommandLastAnalysedFile(char* path, int size) {
   path[size - 1] = '\0';
   return path[0] != '\0';
 }
+
+bool CommandAskSortOptions(EditorView* view, LineSortOptions* options) {
+  return g_host->askSortOptions && g_host->askSortOptions(g_host->context, view, options);
+}

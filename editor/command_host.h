@@ -9,6 +9,7 @@
 
 struct EditorView;
 struct SearchRequest;
+struct LineSortOptions;
 
 // The save-in-other-format dialog's fields, filled from the document and read back on OK.
 struct OtherFormatAnswer {
@@ -35,6 +36,8 @@ struct CommandHost {
   int (*includeFolders)(void* context, EditorView* view, char* list, int size);
   // The file the parser window last analysed; false when there is none.
   bool (*lastAnalysedFile)(void* context, char* path, int size);
+  // The line sort dialog, filled from `options` and read back on OK.
+  bool (*askSortOptions)(void* context, EditorView* view, LineSortOptions* options);
 };
 
 // Installs `host` (kept by pointer; null restores the default) and returns the previous one.
@@ -48,3 +51,4 @@ void CommandLookUpDeclaration(EditorView* view, const char16_t* word, int length
 // "" when there are none.
 void CommandIncludeFolders(EditorView* view, char* list, int size);
 bool CommandLastAnalysedFile(char* path, int size);
+bool CommandAskSortOptions(EditorView* view, LineSortOptions* options);

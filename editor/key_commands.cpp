@@ -12,6 +12,7 @@
 #include "editor/editor_view.h"
 #include "editor/find_replace.h"
 #include "editor/line_continuation.h"
+#include "editor/line_sort.h"
 #include "editor/open_under_caret.h"
 #include "editor/pending_prefix.h"
 #include "editor/undo.h"
@@ -141,6 +142,14 @@ bool RunCommand(EditorView* view, int id) {
     case kCmdMatchBrace:
       MatchBrace(view);
       return true;
+    case kCmdLineSort: {
+      LineSortOptions options;
+      ReadLineSortOptions(&options);
+      if (!CommandAskSortOptions(view, &options)) return true;
+      WriteLineSortOptions(options);
+      SortLines(view, options);
+      return true;
+    }
     case kCmdNotFinished:
       HostMessage("I have not finished it yet.", kMbOk | kMbIconInformation);
       return true;

@@ -6,6 +6,7 @@ struct EditorView;
 
 enum EditorCommand : int {
   kCmdContinuation = 22,
+  kCmdLineSort = 26,
   kCmdScrollUp = 30,
   kCmdScrollDown = 31,
   kCmdDeleteWordLeft = 35,

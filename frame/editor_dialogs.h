@@ -9,6 +9,7 @@
 struct SearchRequest;
 struct TabSizeAnswer;
 struct OtherFormatAnswer;
+struct LineSortOptions;
 
 // The find dialog (request->mode 0) or the replace dialog (mode 1), filled from the request and
 // the two histories; OK and replace-all read the fields and options back.
@@ -17,6 +18,8 @@ bool AskLineNumberDialog(HWND owner, int* number);
 bool AskTabSizeDialog(HWND owner, int proposed, TabSizeAnswer* answer);
 char16_t AskFillCharacterDialog(HWND owner);
 bool AskOtherFormatDialog(HWND owner, OtherFormatAnswer* answer);
+// The line sort's options, filled from and read back into `options`.
+bool AskLineSortDialog(HWND owner, LineSortOptions* options);
 
 // The open-other-format dialog: a file, an encoding (0 detect, 1 ... 4) and a tab width, the two
 // choices kept as `ImportHanCode` and `ImportTabSize`.

@@ -128,6 +128,10 @@ int AskUnmappable(void*, EditorView* view, int encoding, const UnmappableText* f
   return ShowMessage(view ? view->window : nullptr, text, MB_YESNOCANCEL | MB_ICONQUESTION);
 }
 
+bool AskSortOptions(void*, EditorView*, LineSortOptions* options) {
+  return AskLineSortDialog(g_frame.frame, options);
+}
+
 bool OpenFile(void*, const char* path) {
   return OpenOrActivateDocument(path, nullptr, 0, 0) != nullptr;
 }
@@ -142,6 +146,7 @@ constexpr EditorHost kWindowEditorHost = {
 constexpr CommandHost kWindowCommandHost = {
     nullptr,  SearchDialog,      AskLineNumber,    AskOtherFormat,
     OpenFile, LookUpDeclaration, IncludeFoldersOf, LastAnalysedFile,
+    AskSortOptions,
 };
 
 }  // namespace

@@ -38,9 +38,9 @@ const CommandRow kRows[] = {
     {39, kCommandFrame},       // terminal
     {46, kCommandFrame},       // integer calculator
     {47, kCommandFrame},       // precision calculator
-    {29, kCommandUnfinished},
+    {29, kCommandFrame},  // string code view
     {28, kCommandFrame},  // binary to source
-    {25, kCommandUnfinished},
+    {25, kCommandFrame},  // linear equations
     {24, kCommandFrame},  // error lookup
     {23, kCommandUnfinished},
     {9999, kCommandUnfinished},

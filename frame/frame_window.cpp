@@ -237,6 +237,12 @@ bool OnFrameCommand(HWND frame, int id) {
     case IDM_TOOL_ERRMSG:
       ShowErrorLookup(frame);
       return true;
+    case IDM_TOOL_STRCODE:
+      ShowStringCodeView(frame);
+      return true;
+    case IDM_TOOL_EQUATIONS:
+      ShowLinearEquations(frame);
+      return true;
     case IDM_SAVE_ALL:
       SaveAll();
       return true;

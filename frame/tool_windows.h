@@ -14,6 +14,11 @@ void ShowRealCalculator(HWND frame);
 // dialog's check box says so.
 void ShowBinaryToSource(HWND frame);
 
+// Command 29: the one string code view, following the active editor's selection while open.
+void ShowStringCodeView(HWND frame);
+// Command 25: the one linear equation calculator, solving as the equations are typed.
+void ShowLinearEquations(HWND frame);
+
 // Shared by the tool windows: the input edit across the top and the output edit filling the rest
 // of the client area, with the template's margins.
 void LayOutToolEdits(HWND dialog);

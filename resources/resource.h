@@ -222,3 +222,12 @@
 #define IDC_PORT_DATA_BITS 103
 #define IDC_PORT_STOP_BITS 104
 #define IDC_PORT_FLOW 106
+// The text tools: line sort (modal), string code view and linear equations (modeless).
+#define IDD_LINE_SORT 170
+#define IDC_SORT_ASCENDING 100  // the order pair: ascending, descending
+#define IDC_SORT_DESCENDING 101
+#define IDC_SORT_IGNORE_CASE 102
+#define IDC_SORT_NUMBERS 103
+#define IDC_SORT_UNIQUE 104
+#define IDD_STRING_CODE 171
+#define IDD_EQUATIONS 172

@@ -49,7 +49,8 @@ TEST(FrameTool, MenuStateAndCommandTable) {
   EXPECT_NE(Tool("menu 2 0 1").out.find("bar:6 enabled\r\n"), std::string::npos);
   EXPECT_EQ(Tool("menu 3 0 0").status, 2);
   EXPECT_EQ(Tool("command 46").out, "frame\r\n");
-  EXPECT_EQ(Tool("command 25").out, "unfinished\r\nI have not finished it yet.\r\n");
+  EXPECT_EQ(Tool("command 25").out, "frame\r\n");
+  EXPECT_EQ(Tool("command 9999").out, "unfinished\r\nI have not finished it yet.\r\n");
   EXPECT_EQ(Tool("command 107").out, "forward\r\n");
   EXPECT_EQ(Tool("command 10003").out, "window-list\r\n");
 }

@@ -6,6 +6,7 @@
 
 #include "editor/command_host.h"
 #include "editor/editor_view.h"
+#include "editor/line_sort.h"
 #include "editor/pending_prefix.h"
 #include "editor/search_request.h"
 #include "editor/undo.h"
@@ -54,6 +55,13 @@ class CommandTest : public EditorTest {
       *answer = self->formatAnswer;
       return true;
     };
+    commands_.askSortOptions = [](void* c, EditorView*, LineSortOptions* options) {
+      CommandTest* self = Me(c);
+      self->sortShown.push_back(*options);
+      if (!self->sortOk) return false;
+      *options = self->sortAnswer;
+      return true;
+    };
     previousCommands_ = SetCommandHost(&commands_);
     statusHost_ = *SetEditorHost(nullptr);
     statusHost_.statusText = [](void* c, int part, const char* text) {
@@ -91,6 +99,9 @@ class CommandTest : public EditorTest {
   OtherFormatAnswer formatAnswer{};
   OtherFormatAnswer formatShown{};
   std::vector<std::string> status;
+  bool sortOk = false;
+  LineSortOptions sortAnswer{};
+  std::vector<LineSortOptions> sortShown;
 
  private:
   CommandHost commands_{};

@@ -151,7 +151,10 @@ TEST(FrameCommands, TheTableSendsEachCommandWhereItBelongs) {
   EXPECT_EQ(FrameCommand(24), kCommandFrame);
   EXPECT_EQ(FrameCommand(47), kCommandFrame);
   EXPECT_EQ(FrameCommand(28), kCommandFrame);
-  EXPECT_EQ(FrameCommand(25), kCommandUnfinished);
+  EXPECT_EQ(FrameCommand(25), kCommandFrame);
+  EXPECT_EQ(FrameCommand(29), kCommandFrame);
+  EXPECT_EQ(FrameCommand(26), kCommandForward);  // the line sort works on the active editor
+  EXPECT_EQ(FrameCommand(9999), kCommandUnfinished);
   EXPECT_EQ(FrameCommand(44), kCommandFrame);
   EXPECT_EQ(FrameCommand(10000), kCommandWindowList);
   EXPECT_EQ(FrameCommand(10042), kCommandWindowList);
