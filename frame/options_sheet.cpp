@@ -239,17 +239,36 @@ INT_PTR CALLBACK ColourPageProc(HWND page, UINT message, WPARAM wParam, LPARAM l
 
 // ---- Other page ----
 
+bool g_languageChanged;
+
+// The chosen language is stored by name; Korean, the list's first entry, is stored as none.
+void ApplyLanguageChoice(HWND page) {
+  char chosen[kLanguageNameSize] = "";
+  if (SendDlgItemMessageW(page, IDC_LANGUAGE, CB_GETCURSEL, 0, 0) > 0)
+    GetControlText(page, IDC_LANGUAGE, chosen, sizeof chosen, false);
+  char stored[kLanguageNameSize];
+  ReadText(kConfigSection, "Language", stored, sizeof stored, "");
+  if (strcmp(chosen, stored) == 0) return;
+  WriteText(kConfigSection, "Language", chosen);
+  g_languageChanged = true;
+}
+
 INT_PTR CALLBACK OtherPageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
   switch (message) {
-    case WM_INITDIALOG:
+    case WM_INITDIALOG: {
       TranslateDialog(page);
       SetSpin(page, IDC_WHEEL_LINES_SPIN, 1, 1000, ReadInt(kConfigSection, "WheelScrollLines", 1));
+      char language[kLanguageNameSize];
+      ReadText(kConfigSection, "Language", language, sizeof language, "");
+      FillLanguageList(GetDlgItem(page, IDC_LANGUAGE), language);
       return TRUE;
+    }
     case WM_NOTIFY: {
       const NMHDR* notify = reinterpret_cast<const NMHDR*>(lParam);
       if (HandleCommonNotify(page, notify, 2)) return TRUE;
       if (notify->code == PSN_APPLY) {
         WriteNums(kConfigSection, "WheelScrollLines", GetSpin(page, IDC_WHEEL_LINES_SPIN));
+        ApplyLanguageChoice(page);
         g_confirmed = true;
         SetResult(page, PSNRET_NOERROR);
         return TRUE;
@@ -291,6 +310,11 @@ bool ShowOptionsSheet(HWND frame) {
   header.nStartPage = static_cast<UINT>(g_frame.optionsStartPage);
   header.ppsp = pages;
   g_confirmed = false;
+  g_languageChanged = false;
   PropertySheetW(&header);
   return g_confirmed;
+}
+
+bool OptionsChangedLanguage() {
+  return g_languageChanged;
 }
