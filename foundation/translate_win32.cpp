@@ -68,6 +68,34 @@ void TranslateMenu(void* handle) {
   }
 }
 
+void RestoreMenu(void* handle, void* resourceHandle) {
+  HMENU menu = static_cast<HMENU>(handle);
+  HMENU resource = static_cast<HMENU>(resourceHandle);
+  int count = GetMenuItemCount(resource);
+  for (int position = 0; position < count; ++position) {
+    wchar_t text[kTextUnits];
+    MENUITEMINFOW source = {};
+    source.cbSize = sizeof source;
+    source.fMask = MIIM_FTYPE | MIIM_SUBMENU | MIIM_STRING;
+    source.dwTypeData = text;
+    source.cch = kTextUnits;
+    if (!GetMenuItemInfoW(resource, static_cast<UINT>(position), TRUE, &source)) continue;
+    if (source.fType & MFT_SEPARATOR) continue;
+    MENUITEMINFOW target = {};
+    target.cbSize = sizeof target;
+    target.fMask = MIIM_FTYPE;
+    if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &target)) continue;
+    if (target.fType & (MFT_SEPARATOR | MFT_BITMAP)) continue;
+    MENUITEMINFOW item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_STRING;
+    item.dwTypeData = text;
+    SetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &item);
+    HMENU submenu = GetSubMenu(menu, position);
+    if (source.hSubMenu && submenu) RestoreMenu(submenu, source.hSubMenu);
+  }
+}
+
 void TranslateDialog(void* handle) {
   HWND dialog = static_cast<HWND>(handle);
   wchar_t wideName[kNameBytes];

@@ -188,34 +188,6 @@ void OnInitMenuPopup(HMENU menu) {
 }
 
 // After a confirmed options sheet every editor is drawn with the new objects.
-// Puts the resource's texts back into the menu by position, so that a language can be dropped
-// again; pictures and the window list the MDI client adds are left alone.
-void RestoreMenuTexts(HMENU menu, HMENU resource) {
-  int count = GetMenuItemCount(resource);
-  for (int position = 0; position < count; ++position) {
-    wchar_t text[256];
-    MENUITEMINFOW source = {};
-    source.cbSize = sizeof source;
-    source.fMask = MIIM_FTYPE | MIIM_SUBMENU | MIIM_STRING;
-    source.dwTypeData = text;
-    source.cch = 256;
-    if (!GetMenuItemInfoW(resource, static_cast<UINT>(position), TRUE, &source)) continue;
-    if (source.fType & MFT_SEPARATOR) continue;
-    MENUITEMINFOW target = {};
-    target.cbSize = sizeof target;
-    target.fMask = MIIM_FTYPE;
-    if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &target)) continue;
-    if (target.fType & (MFT_SEPARATOR | MFT_BITMAP)) continue;
-    MENUITEMINFOW item = {};
-    item.cbSize = sizeof item;
-    item.fMask = MIIM_STRING;
-    item.dwTypeData = text;
-    SetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &item);
-    if (source.hSubMenu)
-      RestoreMenuTexts(GetSubMenu(menu, position), source.hSubMenu);
-  }
-}
-
 // The language stored by the options sheet replaces the loaded one: the menu at once, messages
 // and status texts from now on, dialogs as they open.
 void ApplyLanguage(HWND frame) {
@@ -230,7 +202,7 @@ void ApplyLanguage(HWND frame) {
   LoadLanguage(language);
   HMENU bar = GetMenu(frame);
   if (HMENU resource = LoadMenuW(g_frame.instance, MAKEINTRESOURCEW(IDR_QUILL))) {
-    RestoreMenuTexts(bar, resource);
+    RestoreMenu(bar, resource);
     DestroyMenu(resource);
   }
   TranslateMenu(bar);
