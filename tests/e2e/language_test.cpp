@@ -35,7 +35,8 @@ std::vector<std::wstring> ChooseLanguage(const QuillProcess& quill, const std::w
   std::vector<std::wstring> offered;
   PostMessageW(quill.Frame(), WM_COMMAND, 75, 0);
   HWND sheet = WaitForWindow(quill, sheetTitle);
-  EXPECT_NE(sheet, nullptr) << "no options sheet titled " << std::string(sheetTitle.begin(), sheetTitle.end());
+  EXPECT_NE(sheet, nullptr) << "no options sheet titled "
+                            << std::string(sheetTitle.begin(), sheetTitle.end());
   if (!sheet) return offered;
   // The sheet's own buttons too.
   EXPECT_EQ(ControlText(sheet, IDOK), okText);
@@ -84,7 +85,8 @@ HWND ReplaceThroughTheMenu(const QuillProcess& quill, HWND editor, const std::ws
 std::wstring OverwriteStatus(const QuillProcess& quill) {
   for (int part = 0; part < 4; ++part) {
     std::wstring text = quill.StatusText(part);
-    if (text.find(L"Overwrite") != std::wstring::npos || text.find(L"겹쳐쓰기") != std::wstring::npos)
+    if (text.find(L"Overwrite") != std::wstring::npos ||
+        text.find(L"겹쳐쓰기") != std::wstring::npos)
       return text.substr(text.rfind(L"  ") + 2);
   }
   return L"<none>";
@@ -109,7 +111,8 @@ TEST(Language, ChosenOnTheOptionsSheetKeptOverARestartAndDroppedAgain) {
     Shot(L"korean-menu-bar");
     CheckFindDialog(quill, editor, L"찾기", L"찾을 내용(&N)", L"korean-find");
 
-    std::vector<std::wstring> offered = ChooseLanguage(quill, L"옵션 설정", L"확인", L"English", L"korean-options");
+    std::vector<std::wstring> offered =
+        ChooseLanguage(quill, L"옵션 설정", L"확인", L"English", L"korean-options");
     EXPECT_EQ(offered, (std::vector<std::wstring>{L"Korean", L"English"}));
     EXPECT_EQ(Setting(ini, L"Config", L"Language"), "English");
 
@@ -146,7 +149,8 @@ TEST(Language, ChosenOnTheOptionsSheetKeptOverARestartAndDroppedAgain) {
     WaitUntilGone(help);
 
     // Back to Korean: the sheet itself is English now, and Korean is stored as no language.
-    std::vector<std::wstring> offered = ChooseLanguage(quill, L"Options", L"&OK", L"Korean", L"english-options");
+    std::vector<std::wstring> offered =
+        ChooseLanguage(quill, L"Options", L"&OK", L"Korean", L"english-options");
     EXPECT_EQ(offered, (std::vector<std::wstring>{L"Korean", L"English"}));
     EXPECT_EQ(Setting(ini, L"Config", L"Language"), "");
     CheckFindDialog(quill, editor, L"찾기", L"찾을 내용(&N)", L"korean-find-again");
