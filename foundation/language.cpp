@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "foundation/fileutil.h"
 #include "foundation/formatter.h"
 #include "foundation/memory.h"
 #include "foundation/os_heap.h"
@@ -18,6 +19,7 @@ constexpr int kLineSize = 4096;
 constexpr int kOwnerStringCache = 63;
 constexpr int kOwnerLanguageLoad = 64;
 constexpr int kResourceStringSize = 4096;
+constexpr int kLanguageNameCharacters = 32;
 
 // The table: the decoded lines in file order, all in the language heap.
 OsHeap* g_heap = nullptr;
@@ -174,19 +176,58 @@ void LoadLanguageFile(const char* path) {
   char* line = static_cast<char*>(AllocMem(kLineSize, kOwnerLanguageLoad));
   char* internal = static_cast<char*>(AllocMem(kLineSize * 3, kOwnerLanguageLoad));
   g_heap = (line && internal) ? OsCreateHeap() : nullptr;
-  while (g_heap && ReadLine(file, line)) {
-    if (!DecodeLanguageLine(line)) continue;
-    // The file is in the system code page; the table keeps the internal form.
-    if (FromSystemText(line, internal, kLineSize * 3) < 0) continue;
-    if (!AppendLine(internal)) break;
+  // The files are in the system code page, but an editor may well save one in UTF-8 with a
+  // byte-order mark: such a file is taken as UTF-8, which is already the internal form.
+  bool utf8 = false;
+  for (bool first = true; g_heap && ReadLine(file, line); first = false) {
+    char* text = line;
+    if (first && memcmp(line, "\xEF\xBB\xBF", 3) == 0) {
+      utf8 = true;
+      text += 3;
+    }
+    if (!DecodeLanguageLine(text)) continue;
+    if (!utf8 && FromSystemText(text, internal, kLineSize * 3) < 0) continue;
+    if (!AppendLine(utf8 ? text : internal)) break;
   }
   fclose(file);
   FreeMem(internal);
   FreeMem(line);
 }
 
+bool IsLanguageName(const char* name) {
+  int characters = 0;
+  for (const char* c = name; *c; ++c) {
+    if (*c == '/' || *c == '\\' || *c == ':') return false;
+    if ((*c & 0xC0) != 0x80) ++characters;  // UTF-8 continuation bytes are no new character
+  }
+  return characters > 0 && characters <= kLanguageNameCharacters;
+}
+
+int ListLanguageFiles(const char* folder, void (*add)(const char* name, void* context),
+                      void* context) {
+  char pattern[kPathSize];
+  if (FormatStr(pattern, sizeof pattern, "%s/LANGUAGE/*.LNG", folder) >
+      static_cast<int>(sizeof pattern))
+    return 0;
+  FindData found;
+  FileHandle search = FileFindFirst(pattern, &found);
+  if (search == kInvalidFile) return 0;
+  int count = 0;
+  do {
+    if (found.attributes & kAttrDirectory) continue;
+    char* dot = strrchr(found.name, '.');
+    if (dot) *dot = '\0';
+    // A name that could not be stored or loaded is not offered.
+    if (!IsLanguageName(found.name)) continue;
+    add(found.name, context);
+    ++count;
+  } while (FileFindNext(search, &found));
+  FileFindClose(search);
+  return count;
+}
+
 void LoadLanguage(const char* name) {
-  if (!name || !*name) return;
+  if (!name || !IsLanguageName(name)) return;
   char path[260];
   size_t length = OsGetModulePath(path, sizeof path);
   char* slash = length ? strrchr(path, '/') : nullptr;

@@ -42,6 +42,12 @@ BOOL CALLBACK TranslateControl(HWND control, LPARAM base) {
   return TRUE;
 }
 
+void AddLanguage(const char* name, void* combo) {
+  wchar_t wide[MAX_PATH];
+  if (MultiByteToWideChar(CP_UTF8, 0, name, -1, wide, MAX_PATH) > 0)
+    SendMessageW(static_cast<HWND>(combo), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide));
+}
+
 }  // namespace
 
 void TranslateMenu(void* handle) {
@@ -52,13 +58,41 @@ void TranslateMenu(void* handle) {
     item.cbSize = sizeof item;
     item.fMask = MIIM_FTYPE | MIIM_ID | MIIM_SUBMENU;
     if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &item)) continue;
-    if (item.fType & MFT_SEPARATOR) continue;
+    if (item.fType & (MFT_SEPARATOR | MFT_BITMAP)) continue;
     if (item.hSubMenu) {
       SetMenuText(menu, position, position + 1);
       TranslateMenu(item.hSubMenu);
     } else {
       SetMenuText(menu, position, static_cast<int>(item.wID));
     }
+  }
+}
+
+void RestoreMenu(void* handle, void* resourceHandle) {
+  HMENU menu = static_cast<HMENU>(handle);
+  HMENU resource = static_cast<HMENU>(resourceHandle);
+  int count = GetMenuItemCount(resource);
+  for (int position = 0; position < count; ++position) {
+    wchar_t text[kTextUnits];
+    MENUITEMINFOW source = {};
+    source.cbSize = sizeof source;
+    source.fMask = MIIM_FTYPE | MIIM_SUBMENU | MIIM_STRING;
+    source.dwTypeData = text;
+    source.cch = kTextUnits;
+    if (!GetMenuItemInfoW(resource, static_cast<UINT>(position), TRUE, &source)) continue;
+    if (source.fType & MFT_SEPARATOR) continue;
+    MENUITEMINFOW target = {};
+    target.cbSize = sizeof target;
+    target.fMask = MIIM_FTYPE;
+    if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &target)) continue;
+    if (target.fType & (MFT_SEPARATOR | MFT_BITMAP)) continue;
+    MENUITEMINFOW item = {};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_STRING;
+    item.dwTypeData = text;
+    SetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &item);
+    HMENU submenu = GetSubMenu(menu, position);
+    if (source.hSubMenu && submenu) RestoreMenu(submenu, source.hSubMenu);
   }
 }
 
@@ -79,26 +113,8 @@ void FillLanguageList(void* handle, const char* current) {
   HWND combo = static_cast<HWND>(handle);
   SendMessageW(combo, CB_RESETCONTENT, 0, 0);
   SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"Korean"));
-  char pattern[300];
-  size_t length = OsGetModulePath(pattern, sizeof pattern);
-  char* slash = length ? strrchr(pattern, '/') : nullptr;
-  if (slash &&
-      FormatStr(slash, static_cast<int>(sizeof pattern - (slash - pattern)), "/LANGUAGE/*.LNG") <
-          static_cast<int>(sizeof pattern - (slash - pattern))) {
-    FindData found;
-    FileHandle search = FileFindFirst(pattern, &found);
-    if (search != kInvalidFile) {
-      do {
-        char* dot = strrchr(found.name, '.');
-        if (dot) *dot = '\0';
-        wchar_t wide[MAX_PATH];
-        if (MultiByteToWideChar(CP_UTF8, 0, found.name, -1, wide, MAX_PATH) > 0) {
-          SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide));
-        }
-      } while (FileFindNext(search, &found));
-      FileFindClose(search);
-    }
-  }
+  char folder[kPathSize];
+  if (ProgramFolder(folder, sizeof folder) > 0) ListLanguageFiles(folder, AddLanguage, combo);
   LRESULT selected = 0;
   wchar_t wideCurrent[MAX_PATH];
   if (current && *current &&

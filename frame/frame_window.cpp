@@ -10,8 +10,10 @@
 #include "foundation/diagnostics.h"
 #include "foundation/file_dialogs.h"
 #include "foundation/fileutil.h"
+#include "foundation/language.h"
 #include "foundation/message_box.h"
 #include "foundation/path.h"
+#include "foundation/settings.h"
 #include "foundation/translate.h"
 #include "frame/command_line.h"
 #include "frame/dialog_support.h"
@@ -193,6 +195,29 @@ void OnInitMenuPopup(HMENU menu) {
 }
 
 // After a confirmed options sheet every editor is drawn with the new objects.
+// The language stored by the options sheet replaces the loaded one: the menu at once, messages
+// and status texts from now on, dialogs as they open.
+void ApplyLanguage(HWND frame) {
+  // A maximized child puts its system menu first on the bar; the texts go by position.
+  BOOL maximized = FALSE;
+  HWND active = reinterpret_cast<HWND>(
+      SendMessageW(g_frame.mdiClient, WM_MDIGETACTIVE, 0, reinterpret_cast<LPARAM>(&maximized)));
+  if (active && maximized) SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
+  char language[kLanguageNameSize];
+  ReadText(kConfigSection, "Language", language, sizeof language, "");
+  UnloadLanguage();
+  LoadLanguage(language);
+  HMENU bar = GetMenu(frame);
+  if (HMENU resource = LoadMenuW(g_frame.instance, MAKEINTRESOURCEW(IDR_QUILL))) {
+    RestoreMenu(bar, resource);
+    DestroyMenu(resource);
+  }
+  TranslateMenu(bar);
+  if (active && maximized) SendMessageW(g_frame.mdiClient, WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(active), 0);
+  DrawMenuBar(frame);
+  if (EditorWindow* editor = EditorWindowOf(ActiveChild())) ShowEditorStatus(editor);
+}
+
 void ApplyOptions(HWND frame) {
   DeleteDisplayObjects();
   CreateDisplayObjects();
@@ -247,7 +272,10 @@ bool OnFrameCommand(HWND frame, int id) {
       SaveAll();
       return true;
     case IDM_OPTIONS:
-      if (ShowOptionsSheet(frame)) ApplyOptions(frame);
+      if (ShowOptionsSheet(frame)) {
+        ApplyOptions(frame);
+        if (OptionsChangedLanguage()) ApplyLanguage(frame);
+      }
       return true;
     case IDM_EXIT:
       PostMessageW(frame, WM_CLOSE, 0, 0);

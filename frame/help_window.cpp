@@ -7,6 +7,7 @@
 #include "foundation/diagnostics.h"
 #include "foundation/fileutil.h"
 #include "foundation/formatter.h"
+#include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/modeless.h"
 #include "foundation/placement.h"
@@ -42,8 +43,9 @@ void StreamIn(HWND control, const char* text, size_t size) {
 
 // "LANGUAGE/<name>.Help.rtf" beside the program for a set language, else the built-in text.
 void LoadHelpText(HWND control) {
-  char language[33 * 3];
-  if (ReadText(kConfigSection, "Language", language, sizeof language, "") > 0) {
+  char language[kLanguageNameSize];
+  if (ReadText(kConfigSection, "Language", language, sizeof language, "") > 0 &&
+      IsLanguageName(language)) {
     char path[800];
     int length = ProgramFolder(path, sizeof path);
     FormatStr(path + length, sizeof path - length, "/LANGUAGE/%s.Help.rtf", language);
@@ -51,8 +53,8 @@ void LoadHelpText(HWND control) {
     if (char* text = ReadWholeFile(path, &size, kOwnerHelpText)) {
       StreamIn(control, text, size);
       FreeMem(text);
+      return;
     }
-    return;
   }
   HINSTANCE instance = g_frame.instance;
   HRSRC found = FindResourceW(instance, MAKEINTRESOURCEW(IDR_HELP_TEXT), L"RTF");

@@ -38,6 +38,18 @@ bool HandleCommonNotify(HWND page, const NMHDR* notify, int pageIndex) {
   return false;
 }
 
+// The sheet's own buttons are the system's, in the system's language: with a language loaded
+// they take the program's OK and Cancel.
+void TranslateSheetButtons(HWND page) {
+  static const int kButtons[2][2] = {{IDOK, 22}, {IDCANCEL, 27}};
+  for (const auto& button : kButtons) {
+    if (!*LanguageText(kLanguageStringBase + button[1])) continue;
+    wchar_t wide[64];
+    if (MultiByteToWideChar(CP_UTF8, 0, GetStr(button[1]), -1, wide, 64) > 0)
+      SetDlgItemTextW(GetParent(page), button[0], wide);
+  }
+}
+
 // Selects `text` in a list; with `keep` a name the list lacks is added, so that a stored face
 // that is not installed stays chosen (the system maps it to one that is).
 void SelectText(HWND dialog, int control, const char* text, bool keep = false) {
@@ -112,6 +124,7 @@ void FillBitmapFontList(HWND page) {
 
 void InitFontPage(HWND page) {
   TranslateDialog(page);
+  TranslateSheetButtons(page);
   FillFaceLists(page);
   SetSpin(page, IDC_ENG_SIZE_SPIN, 8, 32, ReadInt(kConfigSection, "EngFontSize", 16));
   SetSpin(page, IDC_HAN_SIZE_SPIN, 8, 32, ReadInt(kConfigSection, "HanFontSize", 16));
@@ -199,6 +212,7 @@ INT_PTR CALLBACK ColourPageProc(HWND page, UINT message, WPARAM wParam, LPARAM l
   switch (message) {
     case WM_INITDIALOG:
       TranslateDialog(page);
+      TranslateSheetButtons(page);
       for (int i = 0; i < kColourClassCount; ++i) {
         SetControlText(page, IDC_COLOUR_LABEL0 + i, ColourKey(i), false);
         g_pending[i] = ClassColour(i);
@@ -239,17 +253,37 @@ INT_PTR CALLBACK ColourPageProc(HWND page, UINT message, WPARAM wParam, LPARAM l
 
 // ---- Other page ----
 
+bool g_languageChanged;
+
+// The chosen language is stored by name; Korean, the list's first entry, is stored as none.
+void ApplyLanguageChoice(HWND page) {
+  char chosen[kLanguageNameSize] = "";
+  if (SendDlgItemMessageW(page, IDC_LANGUAGE, CB_GETCURSEL, 0, 0) > 0)
+    GetControlText(page, IDC_LANGUAGE, chosen, sizeof chosen, false);
+  char stored[kLanguageNameSize];
+  ReadText(kConfigSection, "Language", stored, sizeof stored, "");
+  if (strcmp(chosen, stored) == 0) return;
+  WriteText(kConfigSection, "Language", chosen);
+  g_languageChanged = true;
+}
+
 INT_PTR CALLBACK OtherPageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
   switch (message) {
-    case WM_INITDIALOG:
+    case WM_INITDIALOG: {
       TranslateDialog(page);
+      TranslateSheetButtons(page);
       SetSpin(page, IDC_WHEEL_LINES_SPIN, 1, 1000, ReadInt(kConfigSection, "WheelScrollLines", 1));
+      char language[kLanguageNameSize];
+      ReadText(kConfigSection, "Language", language, sizeof language, "");
+      FillLanguageList(GetDlgItem(page, IDC_LANGUAGE), language);
       return TRUE;
+    }
     case WM_NOTIFY: {
       const NMHDR* notify = reinterpret_cast<const NMHDR*>(lParam);
       if (HandleCommonNotify(page, notify, 2)) return TRUE;
       if (notify->code == PSN_APPLY) {
         WriteNums(kConfigSection, "WheelScrollLines", GetSpin(page, IDC_WHEEL_LINES_SPIN));
+        ApplyLanguageChoice(page);
         g_confirmed = true;
         SetResult(page, PSNRET_NOERROR);
         return TRUE;
@@ -291,6 +325,11 @@ bool ShowOptionsSheet(HWND frame) {
   header.nStartPage = static_cast<UINT>(g_frame.optionsStartPage);
   header.ppsp = pages;
   g_confirmed = false;
+  g_languageChanged = false;
   PropertySheetW(&header);
   return g_confirmed;
+}
+
+bool OptionsChangedLanguage() {
+  return g_languageChanged;
 }

@@ -4,3 +4,5 @@
 
 // Shows the sheet over `frame`, opening on the page used last; true when the user confirmed it.
 bool ShowOptionsSheet(HWND frame);
+// Whether the sheet last confirmed stored another language under "Config"/"Language".
+bool OptionsChangedLanguage();

@@ -114,6 +114,7 @@
 // Other page.
 #define IDC_WHEEL_LINES 300
 #define IDC_WHEEL_LINES_SPIN 301
+#define IDC_LANGUAGE 302  // Korean, then every LANGUAGE/*.lng
 
 #define IDC_DIALOG_NAME 996
 

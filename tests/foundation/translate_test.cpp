@@ -68,7 +68,41 @@ TEST_F(TranslateTest, MenusTakeSubmenuPositionsAndCommandIds) {
   EXPECT_EQ(MenuText(more, 0), L"Cascade");
   EXPECT_EQ(MenuText(more, 1), L"타일");
   EXPECT_EQ(GetMenuItemID(file, 0), 85u);
+
+  // A fresh copy of the resource menu brings the Korean back, down into the submenus; a picture
+  // and the items a window list appends stay.
+  HMENU fresh = CreateMenu();
+  HMENU freshFile = CreatePopupMenu();
+  HMENU freshMore = CreatePopupMenu();
+  AppendMenuW(freshMore, MF_STRING, 86, L"가로 배열");
+  AppendMenuW(freshMore, MF_STRING, 87, L"타일");
+  AppendMenuW(freshFile, MF_STRING, 85, L"끝내기");
+  AppendMenuW(freshFile, MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(freshFile, MF_POPUP, reinterpret_cast<UINT_PTR>(freshMore), L"더 보기");
+  AppendMenuW(fresh, MF_POPUP, reinterpret_cast<UINT_PTR>(freshFile), L"파일(&F)");
+  AppendMenuW(fresh, MF_STRING, 91, L"모두");
+  HBITMAP picture = CreateBitmap(8, 8, 1, 1, nullptr);
+  ModifyMenuW(bar, 1, MF_BYPOSITION | MF_BITMAP, 91, reinterpret_cast<LPCWSTR>(picture));
+  AppendMenuW(more, MF_STRING, 10000, L"1 NoName01.cpp");
+  RestoreMenu(bar, fresh);
+  EXPECT_EQ(MenuText(bar, 0), L"파일(&F)");
+  EXPECT_EQ(MenuText(file, 0), L"끝내기");
+  EXPECT_EQ(MenuText(file, 2), L"더 보기");
+  EXPECT_EQ(MenuText(more, 0), L"가로 배열");
+  EXPECT_EQ(MenuText(more, 2), L"1 NoName01.cpp");
+  MENUITEMINFOW item = {};
+  item.cbSize = sizeof item;
+  item.fMask = MIIM_FTYPE;
+  GetMenuItemInfoW(bar, 1, TRUE, &item);
+  EXPECT_TRUE(item.fType & MFT_BITMAP);
+  // Translating again skips the picture too.
+  TranslateMenu(bar);
+  EXPECT_EQ(MenuText(bar, 0), L"File");
+  GetMenuItemInfoW(bar, 1, TRUE, &item);
+  EXPECT_TRUE(item.fType & MFT_BITMAP);
+  DestroyMenu(fresh);
   DestroyMenu(bar);
+  DeleteObject(picture);
 }
 
 TEST_F(TranslateTest, DialogsNamedByControl996) {
