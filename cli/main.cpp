@@ -79,6 +79,11 @@ const ToolCommand kCommands[] = {
      "                                    one request of the HTTP client: prints the status,\n"
      "                                    Last-Modified and the body's length, writes the body\n"
      "                                    to OUT; exit 1 on a failure or an HTTP error"},
+    {"zip", RunZipCommand,
+     "zip [--output ARCHIVE] [--force] PROJECT\n"
+     "                                    packs the project file and every target's files into\n"
+     "                                    PROJECT's name with .zip as Compress Project does;\n"
+     "                                    missing files are listed and skipped"},
 };
 
 int Usage() {

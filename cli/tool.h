@@ -35,3 +35,4 @@ int RunFindCommand(int argc, char** argv);
 int RunLookupCommand(int argc, char** argv);
 int RunPngCommand(int argc, char** argv);
 int RunHttpCommand(int argc, char** argv);
+int RunZipCommand(int argc, char** argv);
