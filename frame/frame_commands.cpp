@@ -30,6 +30,7 @@ const CommandRow kRows[] = {
     {115, kCommandFrame},  // open project
     {116, kCommandProjectWindow},
     {117, kCommandProjectWindow},
+    {118, kCommandProjectWindow},  // compress the project
     {124, kCommandProjectWindow},
     {125, kCommandProjectWindow},
     {126, kCommandProjectWindow},

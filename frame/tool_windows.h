@@ -13,6 +13,10 @@ void ShowRealCalculator(HWND frame);
 // Command 28: the binary-to-source dialog (modal); the written file opens in an editor when the
 // dialog's check box says so.
 void ShowBinaryToSource(HWND frame);
+// Command 118: the project into "NAME.zip" beside its project file, with a progress window; an
+// existing archive is replaced only when the user agrees. Ends with a summary.
+struct Project;
+void CompressProjectWithProgress(HWND owner, const Project* project);
 
 // Shared by the tool windows: the input edit across the top and the output edit filling the rest
 // of the client area, with the template's margins.

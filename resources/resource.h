@@ -199,6 +199,10 @@
 #define IDC_CALC_EXPRESSION 103
 #define IDC_CALC_CLEAR 104  // a command only: empties the input
 #define IDD_BIN2SRC 163
+// The project archive's progress window.
+#define IDD_ZIP_PROGRESS 180
+#define IDC_PROGRESS_TEXT 100
+#define IDC_PROGRESS_BAR 101
 #define IDC_BIN_FILE 100
 #define IDC_BIN_BROWSE 102
 #define IDC_SRC_FILE 103

@@ -7,4 +7,5 @@ enum : int {
   kOwnerZipPacked = 7152,   // one member's compressed bytes
   kOwnerZipInput = 7153,    // one member's bytes as read
   kOwnerZipList = 7154,     // the project archive's list of members and of skipped files
+  kOwnerZipSummary = 7155,  // the message after the archive
 };
