@@ -36,3 +36,4 @@ int RunLookupCommand(int argc, char** argv);
 int RunPngCommand(int argc, char** argv);
 int RunHttpCommand(int argc, char** argv);
 int RunZipCommand(int argc, char** argv);
+int RunStyleCommand(int argc, char** argv);
