@@ -35,7 +35,7 @@ const CommandRow kRows[] = {
     {125, kCommandProjectWindow},
     {126, kCommandProjectWindow},
     // Dialogs and tool windows that come with their own subsystems.
-    {27, kCommandUnfinished},  // open with a coding-style conversion
+    {27, kCommandFrame},  // open with a coding-style conversion
     {39, kCommandUnfinished},  // terminal
     {46, kCommandFrame},       // integer calculator
     {47, kCommandFrame},       // precision calculator

@@ -16,6 +16,9 @@ void ShowBinaryToSource(HWND frame);
 // Command 118: the project into "NAME.zip" beside its project file, with a progress window; an
 // existing archive is replaced only when the user agrees. Ends with a summary.
 struct Project;
+// Command 27: the coding-style dialog, then the chosen file in a new editor converted to the
+// style (the file on disk unchanged).
+void ShowStyleConversion(HWND frame);
 void CompressProjectWithProgress(HWND owner, const Project* project);
 
 // Shared by the tool windows: the input edit across the top and the output edit filling the rest

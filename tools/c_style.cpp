@@ -383,6 +383,11 @@ bool ConvertCStyle(const char* text, size_t length, const CStyle& style, TextBuf
   c.style = &style;
   c.out = out;
   const char* end = text + length;
+  // A UTF-8 mark stays in front; read as a name it would hide a directive on the first line.
+  if (length >= 3 && memcmp(text, "\xEF\xBB\xBF", 3) == 0) {
+    AppendText(out, text, 3);
+    text += 3;
+  }
   const char* firstEnd = text;
   while (firstEnd < end && !IsCLineEnd(*firstEnd))
     ++firstEnd;

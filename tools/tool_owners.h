@@ -8,4 +8,5 @@ enum : int {
   kOwnerZipInput = 7153,    // one member's bytes as read
   kOwnerZipList = 7154,     // the project archive's list of members and of skipped files
   kOwnerZipSummary = 7155,  // the message after the archive
+  kOwnerStyleText = 7156,   // the source and its converted text
 };

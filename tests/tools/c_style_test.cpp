@@ -89,6 +89,8 @@ TEST_F(CStyleTest, EachRuleOnASmallSource) {
        "a=b- -c; d=e/ *f; g=h+ +i;\n"},
       {"CRLF line ends and blank lines (two become one)", kSameLine, "a;\r\n\r\n\r\n\r\nb;\r\n",
        "a;\r\n\r\nb;\r\n"},
+      {"a UTF-8 mark before a directive", kSameLine, "\xEF\xBB\xBF#include <a.h>\nx=1;\n",
+       "\xEF\xBB\xBF#include <a.h>\nx = 1;\n"},
       {"unbalanced braces and an unterminated comment", kSameLine, "}}\n{ x; /* open",
        "} } { x; /* open"},
   };
