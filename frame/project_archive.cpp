@@ -11,6 +11,7 @@
 #include "foundation/language.h"
 #include "foundation/memory.h"
 #include "foundation/message_box.h"
+#include "foundation/path.h"
 #include "frame/dialog_support.h"
 #include "frame/frame_state.h"
 #include "frame/tool_windows.h"
@@ -72,13 +73,20 @@ bool Report(void* context, int file, int files, const char* name, uint64_t done,
 // The summary: members written, then the skipped files (the first twenty of them).
 void ShowSummary(HWND owner, const char* archive, const ProjectZipResult& result) {
   TextBuilder text(kOwnerZipSummary);
-  text.Format(GetStr(451), archive, result.members);
+  char shown[kPathSize];
+  ShownPath(archive, shown, sizeof shown);
+  text.Format(GetStr(451), shown, result.members);
   if (result.skipped) {
     TextBuilder list(kOwnerZipSummary);
     const char* p = TextOf(&result.skippedList);
     for (int shown = 0; *p && shown < 20; ++shown) {
       const char* end = strchr(p, '\n');
-      list.Append(p, static_cast<size_t>(end - p + 1));
+      char path[kPathSize];
+      FormatStr(path, sizeof path, "%s", p);
+      path[end - p < kPathSize ? end - p : kPathSize - 1] = '\0';
+      ShownPath(path, shown, sizeof shown);
+      list.Append(shown);
+      list.Append('\n');
       p = end + 1;
     }
     if (*p) list.Append("...\n");
@@ -125,7 +133,9 @@ void CompressProjectWithProgress(HWND owner, const Project* project) {
       ShowMessageId(owner, 456, MB_OK);
       break;
     default:
-      FormatStr(text, sizeof text, GetStr(453), archive, result.error);
+      char shown[kPathSize];
+      ShownPath(archive, shown, sizeof shown);
+      FormatStr(text, sizeof text, GetStr(453), shown, result.error);
       ShowMessage(owner, text, MB_OK);
       break;
   }
