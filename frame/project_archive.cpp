@@ -79,7 +79,7 @@ void ShowSummary(HWND owner, const char* archive, const ProjectZipResult& result
   if (result.skipped) {
     TextBuilder list(kOwnerZipSummary);
     const char* p = TextOf(&result.skippedList);
-    for (int shown = 0; *p && shown < 20; ++shown) {
+    for (int count = 0; *p && count < 20; ++count) {
       const char* end = strchr(p, '\n');
       char path[kPathSize];
       FormatStr(path, sizeof path, "%s", p);
