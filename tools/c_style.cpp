@@ -189,6 +189,8 @@ bool WouldMerge(const Token& a, const Token& b) {
   if (a.kind == kCTokenContinuation) return false;
   if (a.kind != kCTokenPunct) return false;
   if (b.kind == kCTokenNumber && Is(a, ".")) return true;
+  // Three dots written together read as one "...", though two are no token.
+  if (Is(a, ".") && first == '.') return true;
   if (first == '/' && Is(a, "/")) return true;
   if (a.text[a.length - 1] == '/' && (first == '*' || first == '/')) return true;
   if (b.kind != kCTokenPunct && b.kind != kCTokenBlockComment && b.kind != kCTokenLineComment)
@@ -242,11 +244,11 @@ bool InsideSwitch(const Converter* c) {
   return c->braces > 0 && c->braceKind[c->braces - 1] == kBraceSwitch;
 }
 
-void StartLine(Converter* c, const Token& t, int blankLines) {
-  if (c->lineHasText) {
-    for (int i = 0; i <= blankLines; ++i)
-      AppendText(c->out, c->newline);
-  }
+// `breaks` counts the line breaks to write before the token: the first line of the text keeps
+// up to two of those before it, so that what comes first stays first in a second conversion.
+void StartLine(Converter* c, const Token& t, int breaks) {
+  for (int i = 0; i < breaks; ++i)
+    AppendText(c->out, c->newline);
   c->lineHasText = true;
   if (t.kind == kCTokenPreprocessor) return;  // its own blanks are part of it
   int level = c->braces;
@@ -321,11 +323,15 @@ void Place(Converter* c, const Token& t, int lineBreaks, bool unary, bool blockB
         !Is(p, "{"))
       breakBefore = true;
   }
-  if (mustBreak || (breakBefore && c->lineHasText)) {
-    StartLine(c, t, lineBreaks > 1 ? 1 : 0);
+  // A '#' that is no directive must not start a line, where it would become one.
+  if (t.kind == kCTokenPunct && t.text[0] == '#') breakBefore = false;
+  if (!c->lineHasText) {
+    StartLine(c, t, lineBreaks > 2 ? 2 : lineBreaks);
+  } else if (mustBreak || breakBefore) {
+    // A stray backslash keeps a blank behind it, or the line end would continue its line.
+    if (p.kind == kCTokenPunct && Is(p, "\\")) AppendChar(c->out, ' ');
+    StartLine(c, t, lineBreaks > 1 ? 2 : 1);
     c->bodyIndent = false;
-  } else if (!c->lineHasText) {
-    StartLine(c, t, 0);
   } else if (Spaced(c, t, unary)) {
     AppendChar(c->out, ' ');
   }
