@@ -42,8 +42,9 @@ bool IsContinuation(const char* p, const char* end) {
 
 // Quoted text with escapes; a backslash before a line end continues it on the next line. An
 // unclosed literal stops at its line's end.
-const char* SkipQuoted(const char* p, const char* end) {
+const char* SkipQuoted(const char* p, const char* end, bool* closed = nullptr) {
   char quote = *p++;
+  if (closed) *closed = false;
   while (p < end && *p != quote) {
     if (IsCLineEnd(*p)) return p;
     if (*p == '\\' && p + 1 < end) {
@@ -52,6 +53,7 @@ const char* SkipQuoted(const char* p, const char* end) {
     }
     ++p;
   }
+  if (closed) *closed = p < end;
   return p < end ? p + 1 : p;
 }
 
@@ -107,8 +109,10 @@ const char* ScanCToken(const char* p, const char* end, bool lineStart, int* kind
     return p;
   }
   if (*p == '"' || *p == '\'') {
-    *kind = kCTokenQuoted;
-    return SkipQuoted(p, end);
+    bool closed;
+    const char* after = SkipQuoted(p, end, &closed);
+    *kind = closed ? kCTokenQuoted : kCTokenOpenQuoted;
+    return after;
   }
   if (IsCDigit(*p) || (*p == '.' && p + 1 < end && IsCDigit(p[1]))) {
     *kind = kCTokenNumber;
@@ -118,8 +122,10 @@ const char* ScanCToken(const char* p, const char* end, bool lineStart, int* kind
     const char* after = SkipCIdent(p, end);
     if (after < end && (*after == '"' || *after == '\'') &&
         IsLiteralPrefix(p, static_cast<size_t>(after - p))) {
-      *kind = kCTokenQuoted;
-      return SkipQuoted(after, end);
+      bool closed;
+      const char* last = SkipQuoted(after, end, &closed);
+      *kind = closed ? kCTokenQuoted : kCTokenOpenQuoted;
+      return last;
     }
     *kind = kCTokenIdent;
     return after;
@@ -176,7 +182,9 @@ bool WouldMerge(const Token& a, const Token& b) {
   char first = b.text[0];
   if (IsWordKind(a.kind)) {
     if (IsCIdentChar(first)) return true;
-    if (b.kind == kCTokenQuoted && IsLiteralPrefix(a.text, a.length)) return true;
+    if ((b.kind == kCTokenQuoted || b.kind == kCTokenOpenQuoted) &&
+        IsLiteralPrefix(a.text, a.length))
+      return true;
     if (a.kind == kCTokenNumber) {
       char last = a.text[a.length - 1];
       if (first == '.') return true;
@@ -311,6 +319,7 @@ void Place(Converter* c, const Token& t, int lineBreaks, bool unary, bool blockB
   const Token& p = c->prev;
   bool mustBreak = !p.text ? false
                            : p.kind == kCTokenLineComment || p.kind == kCTokenPreprocessor ||
+                                 p.kind == kCTokenOpenQuoted ||
                                  p.kind == kCTokenContinuation || t.kind == kCTokenPreprocessor;
   bool breakBefore = lineBreaks > 0;
   bool comment = t.kind == kCTokenBlockComment || t.kind == kCTokenLineComment;

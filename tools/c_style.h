@@ -19,7 +19,8 @@ struct CStyle {
 enum CTokenKind : int {
   kCTokenIdent,
   kCTokenNumber,
-  kCTokenQuoted,  // a string or character literal, its prefix included
+  kCTokenQuoted,      // a string or character literal, its prefix included
+  kCTokenOpenQuoted,  // the same left open at its line's end: the line must end with it
   kCTokenPunct,
   kCTokenBlockComment,
   kCTokenLineComment,

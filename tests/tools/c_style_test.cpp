@@ -91,6 +91,8 @@ TEST_F(CStyleTest, EachRuleOnASmallSource) {
        "f()\n{ # x;\n}\n"},
       {"a stray backslash does not become a continuation", kSameLine, "a \\ \nb;\n",
        "a \\ \nb;\n"},
+      {"an unclosed literal keeps its line end", kSameLine, "c = \"{\n{ x; }\n",
+       "c = \"{\n{ x; }\n"},
       {"CRLF line ends and blank lines (two become one, at the top too)", kSameLine,
        "\r\n\r\n\r\na;\r\n\r\n\r\n\r\nb;\r\n", "\r\n\r\na;\r\n\r\nb;\r\n"},
       {"a UTF-8 mark before a directive", kSameLine, "\xEF\xBB\xBF#include <a.h>\nx=1;\n",
