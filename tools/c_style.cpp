@@ -234,6 +234,7 @@ struct Converter {
   bool afterSwitchParen;
   bool afterCaseLabel;
   Token controlWord;  // the keyword before the '(' being opened
+  size_t start;       // the output's length before the text (after a mark)
 };
 
 void Indent(Converter* c, int level) {
@@ -336,6 +337,9 @@ void Place(Converter* c, const Token& t, int lineBreaks, bool unary, bool blockB
   if (t.kind == kCTokenPunct && t.text[0] == '#') breakBefore = false;
   if (!c->lineHasText) {
     StartLine(c, t, lineBreaks > 2 ? 2 : lineBreaks);
+    // Bytes of a UTF-8 mark inside a name must not come first, where they would read as a mark.
+    if (c->out->length == c->start && t.length >= 3 && memcmp(t.text, "\xEF\xBB\xBF", 3) == 0)
+      AppendChar(c->out, ' ');
   } else if (mustBreak || breakBefore) {
     // A stray backslash keeps a blank behind it, or the line end would continue its line.
     if (p.kind == kCTokenPunct && Is(p, "\\")) AppendChar(c->out, ' ');
@@ -409,6 +413,7 @@ bool ConvertCStyle(const char* text, size_t length, const CStyle& style, TextBuf
   c.newline = firstEnd < end && *firstEnd == '\r'
                   ? (firstEnd + 1 < end && firstEnd[1] == '\n' ? "\r\n" : "\r")
                   : "\n";
+  c.start = out->length;
   const char* p = text;
   const char* lineStart = text;
   bool atLineStart = true;  // only blanks so far on this line
