@@ -256,8 +256,11 @@ bool InsideSwitch(const Converter* c) {
 // `breaks` counts the line breaks to write before the token: the first line of the text keeps
 // up to two of those before it, so that what comes first stays first in a second conversion.
 void StartLine(Converter* c, const Token& t, int breaks) {
+  // After a token ending in a lone CR (a continuation's), an LF would join that CR into one line
+  // end: the breaks are then CRs too.
+  bool afterCr = c->prev.text && c->prev.text[c->prev.length - 1] == '\r';
   for (int i = 0; i < breaks; ++i)
-    AppendText(c->out, c->newline);
+    AppendText(c->out, afterCr ? "\r" : c->newline);
   c->lineHasText = true;
   if (t.kind == kCTokenPreprocessor) return;  // its own blanks are part of it
   int level = c->braces;
