@@ -454,6 +454,9 @@ bool ConvertCStyle(const char* text, size_t length, const CStyle& style, TextBuf
     endsWithBreak = false;
     p = tokenEnd;
   }
-  if (c.lineHasText && endsWithBreak) AppendText(out, c.newline);
+  if (c.lineHasText && endsWithBreak) {
+    if (c.prev.kind == kCTokenPunct && Is(c.prev, "\\")) AppendChar(out, ' ');
+    AppendText(out, c.prev.text[c.prev.length - 1] == '\r' ? "\r" : c.newline);
+  }
   return !out->failed;
 }
