@@ -410,12 +410,16 @@ bool ConvertCStyle(const char* text, size_t length, const CStyle& style, TextBuf
     AppendText(out, text, 3);
     text += 3;
   }
-  const char* firstEnd = text;
-  while (firstEnd < end && !IsCLineEnd(*firstEnd))
-    ++firstEnd;
-  c.newline = firstEnd < end && *firstEnd == '\r'
-                  ? (firstEnd + 1 < end && firstEnd[1] == '\n' ? "\r\n" : "\r")
-                  : "\n";
+  // CRLF when the text has any, else LF, else CR: a choice the converted text makes again.
+  c.newline = "\n";
+  const char* lf = static_cast<const char*>(memchr(text, '\n', static_cast<size_t>(end - text)));
+  if (!lf && memchr(text, '\r', static_cast<size_t>(end - text))) c.newline = "\r";
+  for (; lf; lf = static_cast<const char*>(memchr(lf + 1, '\n', static_cast<size_t>(end - lf - 1)))) {
+    if (lf > text && lf[-1] == '\r') {
+      c.newline = "\r\n";
+      break;
+    }
+  }
   c.start = out->length;
   const char* p = text;
   const char* lineStart = text;

@@ -1,7 +1,7 @@
 // Converting C source to a coding style on its token stream. Only the blanks and line breaks
 // between tokens change: comments, strings, character literals, preprocessor lines (with their
 // continuations) keep their bytes, and the tokens come out in the same order. Converting the
-// result again changes nothing. Line ends follow the text's first one.
+// result again changes nothing. Line ends are CRLF when the text has any, else LF, else CR.
 #pragma once
 #include <cstddef>
 
