@@ -36,8 +36,8 @@ double BestSeconds(Work work) {
 
 void Line(const char* what, double ours, long ourSize, const char* tool, double theirs,
           long theirSize) {
-  printf("%-26s %6.2f s %10ld B   %-8s %6.2f s %10ld B   time ratio %.2f   size ratio %.3f\n",
-         what, ours, ourSize, tool, theirs, theirSize, ours / theirs,
+  printf("%-26s %6.2f s %10ld B   %-8s %6.2f s %10ld B   time ratio %.2f   size ratio %.3f\n", what,
+         ours, ourSize, tool, theirs, theirSize, ours / theirs,
          static_cast<double>(ourSize) / theirSize);
 }
 
@@ -89,13 +89,12 @@ int main() {
     FreeText(&result.skippedList);
   });
   double zipTime = BestSeconds([&] {
-    system(("rm -f " + reference + " && zip -6 -q -X " + reference + " " + project.path +
-            " -@ <" + kept)
+    system(("rm -f " + reference + " && zip -6 -q -X " + reference + " " + project.path + " -@ <" +
+            kept)
                .c_str());
   });
   char label[64];
-  snprintf(label, sizeof label, "archive, %d files %ld MB", CountTargetFiles(target),
-           total >> 20);
+  snprintf(label, sizeof label, "archive, %d files %ld MB", CountTargetFiles(target), total >> 20);
   Line(label, archiveTime, FileSize(archive), "zip -6", zipTime, FileSize(reference));
   FreeProjectTargets(&project);
   system(("rm -rf " + folder).c_str());

@@ -93,7 +93,8 @@ void ShowSummary(HWND owner, const char* archive, const ProjectZipResult& result
     text.Append("\n\n");
     text.Format(GetStr(452), result.skipped, list.Text());
   }
-  ShowMessage(owner, text.Text(), MB_OK | (result.skipped ? MB_ICONEXCLAMATION : MB_ICONINFORMATION));
+  ShowMessage(owner, text.Text(),
+              MB_OK | (result.skipped ? MB_ICONEXCLAMATION : MB_ICONINFORMATION));
 }
 
 }  // namespace
@@ -107,9 +108,9 @@ void CompressProjectWithProgress(HWND owner, const Project* project) {
     if (ShowMessage(owner, question, MB_YESNO | MB_ICONQUESTION) != IDYES) return;
   }
   ArchiveProgress progress = {nullptr, false, 0};
-  progress.dialog = CreateDialogParamW(g_frame.instance, MAKEINTRESOURCEW(IDD_ZIP_PROGRESS),
-                                       g_frame.frame, ProgressProc,
-                                       reinterpret_cast<LPARAM>(&progress));
+  progress.dialog =
+      CreateDialogParamW(g_frame.instance, MAKEINTRESOURCEW(IDD_ZIP_PROGRESS), g_frame.frame,
+                         ProgressProc, reinterpret_cast<LPARAM>(&progress));
   EnableWindow(g_frame.frame, FALSE);
   if (progress.dialog) ShowWindow(progress.dialog, SW_SHOW);
   ProjectZipHost host = {progress.dialog ? Report : nullptr, &progress};

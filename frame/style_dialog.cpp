@@ -44,8 +44,7 @@ INT_PTR CALLBACK StyleDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARA
       SetControlText(dialog, IDC_STYLE_FILE, request->path, true);
       CheckRadio(dialog, IDC_STYLE_BRACE_SAME, IDC_STYLE_BRACE_NEXT,
                  request->style.braceNextLine ? 1 : 0);
-      SetDlgItemInt(dialog, IDC_STYLE_INDENT, static_cast<UINT>(request->style.indentWidth),
-                    FALSE);
+      SetDlgItemInt(dialog, IDC_STYLE_INDENT, static_cast<UINT>(request->style.indentWidth), FALSE);
       SetCheck(dialog, IDC_STYLE_TABS, request->style.useTabs);
       SetCheck(dialog, IDC_STYLE_KEYWORD, request->style.blankAfterKeyword);
       SetCheck(dialog, IDC_STYLE_OPERATORS, request->style.blankAroundBinary);

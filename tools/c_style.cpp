@@ -11,9 +11,9 @@
 namespace {
 
 // Longest first, so that the first match is the token.
-constexpr const char* kPuncts[] = {
-    "<<=", ">>=", "...", "->*", "->", "++", "--", "<<", ">>", "<=", ">=", "==", "!=", "&&",
-    "||",  "+=",  "-=",  "*=",  "/=", "%=", "&=", "|=", "^=", "::", "##", ".*"};
+constexpr const char* kPuncts[] = {"<<=", ">>=", "...", "->*", "->", "++", "--", "<<", ">>",
+                                   "<=",  ">=",  "==",  "!=",  "&&", "||", "+=", "-=", "*=",
+                                   "/=",  "%=",  "&=",  "|=",  "^=", "::", "##", ".*"};
 
 size_t PunctLength(const char* p, const char* end) {
   for (const char* punct : kPuncts) {
@@ -29,8 +29,10 @@ bool IsLineEndAt(const char* p, const char* end) {
 
 // Past a line end ("\r\n", "\n" or "\r").
 const char* SkipLineEnd(const char* p, const char* end) {
-  if (p < end && *p == '\r') ++p;
-  else if (p < end && *p == '\n') return p + 1;
+  if (p < end && *p == '\r')
+    ++p;
+  else if (p < end && *p == '\n')
+    return p + 1;
   if (p < end && *p == '\n') ++p;
   return p;
 }
@@ -156,9 +158,8 @@ bool IsControlKeyword(const Token& t) {
 }
 
 bool IsTypeKeyword(const Token& t) {
-  static const char* const kTypes[] = {"void",   "char",     "short",  "int",   "long",
-                                       "float",  "double",   "signed", "unsigned",
-                                       "const",  "volatile", "bool"};
+  static const char* const kTypes[] = {"void",   "char",   "short",    "int",   "long",     "float",
+                                       "double", "signed", "unsigned", "const", "volatile", "bool"};
   for (const char* type : kTypes) {
     if (Is(t, type)) return true;
   }
@@ -166,10 +167,9 @@ bool IsTypeKeyword(const Token& t) {
 }
 
 bool IsBinaryText(const Token& t) {
-  static const char* const kBinary[] = {"=",  "+=", "-=", "*=", "/=", "%=", "&=", "|=", "^=",
-                                        "<<=", ">>=", "==", "!=", "<",  ">",  "<=", ">=", "&&",
-                                        "||", "+",  "-",  "*",  "/",  "%",  "&",  "|",  "^",
-                                        "<<", ">>", "?"};
+  static const char* const kBinary[] = {
+      "=",  "+=", "-=", "*=", "/=", "%=", "&=", "|=", "^=", "<<=", ">>=", "==", "!=", "<",  ">",
+      "<=", ">=", "&&", "||", "+",  "-",  "*",  "/",  "%",  "&",   "|",   "^",  "<<", ">>", "?"};
   if (t.kind != kCTokenPunct) return false;
   for (const char* op : kBinary) {
     if (Is(t, op)) return true;
@@ -323,8 +323,8 @@ void Place(Converter* c, const Token& t, int lineBreaks, bool unary, bool blockB
   const Token& p = c->prev;
   bool mustBreak = !p.text ? false
                            : p.kind == kCTokenLineComment || p.kind == kCTokenPreprocessor ||
-                                 p.kind == kCTokenOpenQuoted ||
-                                 p.kind == kCTokenContinuation || t.kind == kCTokenPreprocessor;
+                                 p.kind == kCTokenOpenQuoted || p.kind == kCTokenContinuation ||
+                                 t.kind == kCTokenPreprocessor;
   bool breakBefore = lineBreaks > 0;
   bool comment = t.kind == kCTokenBlockComment || t.kind == kCTokenLineComment;
   if (blockBrace && Is(t, "{") && p.text) breakBefore = s.braceNextLine;
@@ -332,8 +332,7 @@ void Place(Converter* c, const Token& t, int lineBreaks, bool unary, bool blockB
   if (s.oneStatementPerLine && !(comment && lineBreaks == 0)) {
     if (Is(p, ";") && c->parens == 0) breakBefore = true;
     if (Is(p, "{") && c->prevBlockBrace && !Is(t, "}")) breakBefore = true;
-    if (Is(t, "}") && c->braces > 0 && c->braceKind[c->braces - 1] != kBraceList &&
-        !Is(p, "{"))
+    if (Is(t, "}") && c->braces > 0 && c->braceKind[c->braces - 1] != kBraceList && !Is(p, "{"))
       breakBefore = true;
   }
   // A '#' that is no directive must not start a line, where it would become one.
@@ -357,9 +356,9 @@ void Place(Converter* c, const Token& t, int lineBreaks, bool unary, bool blockB
 void Track(Converter* c, const Token& t, bool blockBrace, bool unary) {
   bool closedControl = false;
   if (Is(t, "(")) {
-    int kind = Is(c->controlWord, "for")                 ? kParenFor
+    int kind = Is(c->controlWord, "for")               ? kParenFor
                : c->controlWord.text && c->parens == 0 ? kParenControl
-                                                         : kParenPlain;
+                                                       : kParenPlain;
     if (c->parens < kMaxNesting) c->parenKind[c->parens] = kind;
     c->parens++;
     c->afterSwitchParen = c->parens == 1 && Is(c->prev, "switch");
@@ -390,8 +389,10 @@ void Track(Converter* c, const Token& t, bool blockBrace, bool unary) {
     c->controlWord = Token{};
   }
   // A body without braces on the next line stands one level in.
-  if (closedControl || Is(t, "else") || Is(t, "do")) c->bodyIndent = true;
-  else if (t.kind != kCTokenBlockComment && t.kind != kCTokenLineComment) c->bodyIndent = false;
+  if (closedControl || Is(t, "else") || Is(t, "do"))
+    c->bodyIndent = true;
+  else if (t.kind != kCTokenBlockComment && t.kind != kCTokenLineComment)
+    c->bodyIndent = false;
   c->prevClosedControl = closedControl;
   c->prevBlockBrace = (Is(t, "{") || Is(t, "}")) && blockBrace;
   c->prevUnary = unary;
@@ -414,7 +415,8 @@ bool ConvertCStyle(const char* text, size_t length, const CStyle& style, TextBuf
   c.newline = "\n";
   const char* lf = static_cast<const char*>(memchr(text, '\n', static_cast<size_t>(end - text)));
   if (!lf && memchr(text, '\r', static_cast<size_t>(end - text))) c.newline = "\r";
-  for (; lf; lf = static_cast<const char*>(memchr(lf + 1, '\n', static_cast<size_t>(end - lf - 1)))) {
+  for (; lf;
+       lf = static_cast<const char*>(memchr(lf + 1, '\n', static_cast<size_t>(end - lf - 1)))) {
     if (lf > text && lf[-1] == '\r') {
       c.newline = "\r\n";
       break;
@@ -442,13 +444,11 @@ bool ConvertCStyle(const char* text, size_t length, const CStyle& style, TextBuf
     int kind;
     const char* tokenEnd = ScanCToken(p, end, atLineStart, &kind);
     Token t = {kind == kCTokenPreprocessor ? lineStart : p,
-               static_cast<size_t>(tokenEnd - (kind == kCTokenPreprocessor ? lineStart : p)),
-               kind};
+               static_cast<size_t>(tokenEnd - (kind == kCTokenPreprocessor ? lineStart : p)), kind};
     bool unary = IsPrefixHere(&c, t);
     bool blockBrace = Is(t, "{") && !(c.braces > 0 && c.braceKind[c.braces - 1] == kBraceList) &&
-                      !(Is(c.prev, "=") || Is(c.prev, ",") || Is(c.prev, "{") ||
-                        Is(c.prev, "(") || Is(c.prev, "[") || Is(c.prev, "return") ||
-                        Is(c.prev, ":"));
+                      !(Is(c.prev, "=") || Is(c.prev, ",") || Is(c.prev, "{") || Is(c.prev, "(") ||
+                        Is(c.prev, "[") || Is(c.prev, "return") || Is(c.prev, ":"));
     if (Is(t, "}")) blockBrace = c.braces > 0 && c.braceKind[c.braces - 1] != kBraceList;
     Place(&c, t, lineBreaks, unary, blockBrace);
     AppendText(out, t.text, t.length);

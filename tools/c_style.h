@@ -8,12 +8,12 @@
 #include "foundation/text_builder.h"
 
 struct CStyle {
-  bool braceNextLine;       // a block's '{' on a line of its own, else at the end of its line
-  int indentWidth;          // blanks per level (1-16), when not indenting with tabs
-  bool useTabs;             // one tab per level
-  bool blankAfterKeyword;   // "if (" rather than "if("; also for, while and switch
-  bool blankAroundBinary;   // "a + b" rather than "a+b"
-  bool oneStatementPerLine; // a line break after each ';' outside parentheses and around blocks
+  bool braceNextLine;        // a block's '{' on a line of its own, else at the end of its line
+  int indentWidth;           // blanks per level (1-16), when not indenting with tabs
+  bool useTabs;              // one tab per level
+  bool blankAfterKeyword;    // "if (" rather than "if("; also for, while and switch
+  bool blankAroundBinary;    // "a + b" rather than "a+b"
+  bool oneStatementPerLine;  // a line break after each ';' outside parentheses and around blocks
 };
 
 enum CTokenKind : int {

@@ -139,8 +139,7 @@ bool ArchiveMemberName(const char* folder, const char* path, char* name, int siz
       folderRest[kPathSize];
   if (!JoinPath(folder, path, full, sizeof full) ||
       !NormalPath(full, root, sizeof root, rest, sizeof rest) ||
-      !NormalPath(folder, folderRoot, sizeof folderRoot, folderRest, sizeof folderRest) ||
-      !rest[0])
+      !NormalPath(folder, folderRoot, sizeof folderRoot, folderRest, sizeof folderRest) || !rest[0])
     return false;
   size_t inner = strlen(folderRest);
   bool sameRoot = strcmp(root, folderRoot) == 0;
@@ -195,8 +194,8 @@ int CompressProject(const Project* project, const char* archive, const ProjectZi
     }
     BlockProgress block = {host, i, c.count, name, size};
     DeflateProgress progress = {ReportBlock, &block};
-    status = ZipAddMember(&zip, name, data, size, time,
-                          host && host->progress ? &progress : nullptr);
+    status =
+        ZipAddMember(&zip, name, data, size, time, host && host->progress ? &progress : nullptr);
     FreeMem(data);
     if (status == kZipOk) result->members++;
   }

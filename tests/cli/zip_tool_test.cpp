@@ -94,10 +94,11 @@ TEST_F(ZipTool, ArchivesTheProjectForUnzipAndPython) {
   std::string shared = root_.substr(1) + "/shared/common.h";
   EXPECT_EQ(python.out,
             "p.prj 0 8 2021-3-4 5:6:8\n"
-                "main.c 0 8 2021-3-4 5:6:8\n"
-                "src/데이터.bin 2048 0 2021-3-4 5:6:8\n"  // noise does not shrink: stored
-                "empty.h 0 0 2021-3-4 5:6:8\n"
-                "ROOT/" + shared + " 0 0 2021-3-4 5:6:8\n");
+            "main.c 0 8 2021-3-4 5:6:8\n"
+            "src/데이터.bin 2048 0 2021-3-4 5:6:8\n"  // noise does not shrink: stored
+            "empty.h 0 0 2021-3-4 5:6:8\n"
+            "ROOT/" +
+                shared + " 0 0 2021-3-4 5:6:8\n");
   EXPECT_EQ(ReadFile(out + "/main.c"), source);
   EXPECT_EQ(ReadFile(out + "/src/데이터.bin"), Noise(300000));
   EXPECT_EQ(ReadFile(out + "/empty.h"), "");

@@ -110,8 +110,9 @@ TEST(FolderTools, OpensASourceConvertedToTheNextLineBraceStyle) {
 
   PostMessageW(quill.Frame(), WM_COMMAND, kCmdSave, 0);
   Settle();
-  EXPECT_EQ(ReadBytes(folder + L"style.c"),
-            "int f(int a)\r\n{\r\n    if (a > 0)\r\n    { return a * 2; }\r\n    return 0;\r\n}\r\n");
+  EXPECT_EQ(
+      ReadBytes(folder + L"style.c"),
+      "int f(int a)\r\n{\r\n    if (a > 0)\r\n    { return a * 2; }\r\n    return 0;\r\n}\r\n");
 }
 
 }  // namespace

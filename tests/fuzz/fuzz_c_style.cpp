@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;
   uint8_t bits = data[0];
   CStyle style = {(bits & 1) != 0, 1 + (bits >> 4), (bits & 2) != 0,
-                  (bits & 4) != 0, (bits & 8) != 0,  (bits & 0x80) != 0};
+                  (bits & 4) != 0, (bits & 8) != 0, (bits & 0x80) != 0};
   const char* text = reinterpret_cast<const char*>(data + 1);
   std::string once = Convert(text, size - 1, style);
   if (Tokens(once.data(), once.data() + once.size()) != Tokens(text, text + size - 1))

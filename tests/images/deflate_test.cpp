@@ -64,9 +64,9 @@ TEST_F(DeflateTest, InflatesToItsInput) {
     std::vector<uint8_t> packed = Deflate(c.data);
     std::vector<uint8_t> back(c.data.size() + 1);
     size_t written = 0, consumed = 0;
-    ASSERT_EQ(InflateRaw(packed.data(), packed.size(), back.data(), back.size(), &written,
-                         &consumed),
-              kInflateOk)
+    ASSERT_EQ(
+        InflateRaw(packed.data(), packed.size(), back.data(), back.size(), &written, &consumed),
+        kInflateOk)
         << c.name;
     EXPECT_EQ(consumed, packed.size()) << c.name;
     back.resize(written);

@@ -77,8 +77,7 @@ TEST_F(CStyleTest, EachRuleOnASmallSource) {
        "int a[] = { 1, { 2, 3 } };\n"},
       {"a body without braces stands one level in", kSameLine, "if (a)\nb();\nc();\n",
        "if (a)\n    b();\nc();\n"},
-      {"case labels and what they hold", kSameLine,
-       "switch (k) {\ncase 1:\nx();\nbreak;\n}\n",
+      {"case labels and what they hold", kSameLine, "switch (k) {\ncase 1:\nx();\nbreak;\n}\n",
        "switch (k) {\n    case 1:\n        x();\n        break;\n}\n"},
       {"ternary colon spaced, label colon not", kSameLine, "a=b?c:d;\nend:return;\n",
        "a = b ? c : d;\nend: return;\n"},
@@ -89,8 +88,7 @@ TEST_F(CStyleTest, EachRuleOnASmallSource) {
        "a = b - -c; d = e / *f; g = h + +i; . . .;\n", "a=b- -c; d=e/ *f; g=h+ +i; . . .;\n"},
       {"a stray '#' is kept off the start of a line", kNextLineTabs, "f(){#x;}\n",
        "f()\n{ # x;\n}\n"},
-      {"a stray backslash does not become a continuation", kSameLine, "a \\ \nb;\n",
-       "a \\ \nb;\n"},
+      {"a stray backslash does not become a continuation", kSameLine, "a \\ \nb;\n", "a \\ \nb;\n"},
       {"an unclosed literal keeps its line end", kSameLine, "c = \"{\n{ x; }\n",
        "c = \"{\n{ x; }\n"},
       {"CRLF line ends and blank lines (two become one, at the top too)", kSameLine,
@@ -118,8 +116,8 @@ TEST_F(CStyleTest, RealSourcesKeepTheirTokensAndConvertOnce) {
   std::vector<std::filesystem::path> files;
   std::error_code error;
   int index = 0;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(
-           "/usr/share/mingw-w64/include", error)) {
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator("/usr/share/mingw-w64/include", error)) {
     // Every fifth header keeps the run short under the sanitizers.
     if (entry.path().extension() == ".h" && index++ % 5 == 0) files.push_back(entry.path());
   }

@@ -102,8 +102,7 @@ TEST_F(ZipArchiveTest, AnArchiveThatCannotBeWrittenLeavesNothing) {
   std::string dropped = folder + "quill_zip_dropped.zip";
   ASSERT_EQ(ZipBegin(&zip, dropped.c_str()), kZipOk);
   const uint8_t data[] = "abcabcabc";
-  EXPECT_EQ(ZipAddMember(&zip, "a.txt", data, sizeof data, {2020, 1, 1, 0, 0, 0}, nullptr),
-            kZipOk);
+  EXPECT_EQ(ZipAddMember(&zip, "a.txt", data, sizeof data, {2020, 1, 1, 0, 0, 0}, nullptr), kZipOk);
   ZipAbandon(&zip);
   EXPECT_EQ(FileGetAttributes(dropped.c_str()), kNoAttributes);
   FindData found;
