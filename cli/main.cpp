@@ -96,6 +96,17 @@ const ToolCommand kCommands[] = {
     {"lineq", RunLineqCommand,
      "lineq EQUATION... | lineq -f FILE   what the linear equation calculator shows for the\n"
      "                                    equations (one an argument, or FILE's lines)"},
+    {"zip", RunZipCommand,
+     "zip [--output ARCHIVE] [--force] PROJECT\n"
+     "                                    packs the project file and every target's files into\n"
+     "                                    PROJECT's name with .zip as Compress Project does;\n"
+     "                                    missing files are listed and skipped"},
+    {"style", RunStyleCommand,
+     "style [--brace-next-line | --brace-same-line] [--indent N] [--tabs]\n"
+     "      [--no-keyword-blank] [--no-operator-blanks] [--one-statement] FILE\n"
+     "                                    FILE converted to the coding style (default: same-line\n"
+     "                                    braces, 4 blanks, blanks after keywords and around\n"
+     "                                    binary operators) as command 27 opens it"},
 };
 
 int Usage() {

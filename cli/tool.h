@@ -39,3 +39,5 @@ int RunKeysCommand(int argc, char** argv);
 int RunSortCommand(int argc, char** argv);
 int RunStrcodeCommand(int argc, char** argv);
 int RunLineqCommand(int argc, char** argv);
+int RunZipCommand(int argc, char** argv);
+int RunStyleCommand(int argc, char** argv);

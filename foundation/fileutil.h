@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/os_time.h"
 #include "foundation/path.h"
 
 // Windows values, so that callers and settings speak one language in every build.
@@ -102,6 +103,8 @@ char* ReadWholeFile(const char* path, size_t* length, int owner);
 unsigned FileStamp(FileHandle file);
 // The same from a system file time (100-nanosecond units since 1601).
 unsigned StampFromFileTime(uint64_t fileTime);
+// The file's last write in local time (archives keep it so); false when the system has none.
+bool FileLocalWriteTime(FileHandle file, OsDateTime* time);
 
 unsigned FileLastError();
 

@@ -372,6 +372,15 @@ unsigned FileStamp(FileHandle file) {
   return StampFromFileTime(fileTime);
 }
 
+bool FileLocalWriteTime(FileHandle file, OsDateTime* time) {
+  struct stat info;
+  struct tm local;
+  if (fstat(Fd(file), &info) != 0 || !localtime_r(&info.st_mtime, &local)) return Fail();
+  *time = {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+           local.tm_hour,        local.tm_min,     local.tm_sec};
+  return Succeed();
+}
+
 unsigned FileLastError() {
   return t_lastError;
 }

@@ -272,6 +272,16 @@ unsigned FileStamp(FileHandle file) {
                            written.dwLowDateTime);
 }
 
+bool FileLocalWriteTime(FileHandle file, OsDateTime* time) {
+  FILETIME written, local;
+  SYSTEMTIME parts;
+  if (!GetFileTime(Handle(file), nullptr, nullptr, &written) ||
+      !FileTimeToLocalFileTime(&written, &local) || !FileTimeToSystemTime(&local, &parts))
+    return false;
+  *time = {parts.wYear, parts.wMonth, parts.wDay, parts.wHour, parts.wMinute, parts.wSecond};
+  return true;
+}
+
 unsigned FileLastError() {
   return GetLastError();
 }

@@ -30,12 +30,13 @@ const CommandRow kRows[] = {
     {115, kCommandFrame},  // open project
     {116, kCommandProjectWindow},
     {117, kCommandProjectWindow},
+    {118, kCommandProjectWindow},  // compress the project
     {124, kCommandProjectWindow},
     {125, kCommandProjectWindow},
     {126, kCommandProjectWindow},
     // Dialogs and tool windows that come with their own subsystems.
-    {27, kCommandUnfinished},  // open with a coding-style conversion
-    {39, kCommandFrame},       // terminal
+    {27, kCommandFrame},  // open with a coding-style conversion
+    {39, kCommandFrame},  // terminal
     {46, kCommandFrame},       // integer calculator
     {47, kCommandFrame},       // precision calculator
     {29, kCommandFrame},  // string code view

@@ -268,6 +268,9 @@ bool OnFrameCommand(HWND frame, int id) {
     case IDM_TOOL_EQUATIONS:
       ShowLinearEquations(frame);
       return true;
+    case IDM_OPEN_STYLE:
+      ShowStyleConversion(frame);
+      return true;
     case IDM_SAVE_ALL:
       SaveAll();
       return true;

@@ -24,6 +24,7 @@
 #include "frame/frame_window.h"
 #include "frame/session_layout.h"
 #include "frame/session_list.h"
+#include "frame/tool_windows.h"
 #include "project/make_target.h"
 #include "project/project.h"
 #include "project/project_file.h"
@@ -522,6 +523,11 @@ void OnCommand(ProjectWindow* data, int id, LPARAM lParam) {
       break;
     case IDM_PRJ_OPEN_FILE:
       OpenSelectedFile(data);
+      break;
+    case IDM_PRJ_COMPRESS:
+      // The archive holds the project file as it is on disk.
+      if (!data->project.modified || SaveOrAsk(data))
+        CompressProjectWithProgress(data->window, &data->project);
       break;
     case IDM_BUILD_RUN:
       Build(data, BuildMode::kRun);

@@ -13,6 +13,13 @@ void ShowRealCalculator(HWND frame);
 // Command 28: the binary-to-source dialog (modal); the written file opens in an editor when the
 // dialog's check box says so.
 void ShowBinaryToSource(HWND frame);
+// Command 118: the project into "NAME.zip" beside its project file, with a progress window; an
+// existing archive is replaced only when the user agrees. Ends with a summary.
+struct Project;
+// Command 27: the coding-style dialog, then the chosen file in a new editor converted to the
+// style (the file on disk unchanged).
+void ShowStyleConversion(HWND frame);
+void CompressProjectWithProgress(HWND owner, const Project* project);
 
 // Command 29: the one string code view, following the active editor's selection while open.
 void ShowStringCodeView(HWND frame);

@@ -8,3 +8,7 @@ enum : int {
   kOwnerPngPixels = 8003,      // the decoded picture handed to the caller
   kOwnerPngRow = 8004,         // one interlaced pass's row and the zero row
 };
+
+enum : int {
+  kOwnerDeflateState = 7150,  // one deflate's hash chains and block symbols
+};

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "foundation/memory.h"
+#include "images/deflate_tables.h"
 #include "images/images_owners.h"
 
 namespace {
@@ -43,19 +44,6 @@ constexpr int kCodeLenBits = 7;
 constexpr int kLitTableSize = (1 << kLitBits) + 288 * (1 << (15 - kLitBits));
 constexpr int kDistTableSize = (1 << kDistBits) + 32 * (1 << (15 - kDistBits));
 constexpr int kCodeLenTableSize = 1 << kCodeLenBits;
-
-constexpr uint16_t kLengthBase[29] = {3,  4,  5,  6,   7,   8,   9,   10,  11, 13,
-                                      15, 17, 19, 23,  27,  31,  35,  43,  51, 59,
-                                      67, 83, 99, 115, 131, 163, 195, 227, 258};
-constexpr uint8_t kLengthExtra[29] = {0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2,
-                                      2, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5, 0};
-constexpr uint16_t kDistBase[30] = {1,    2,    3,    4,    5,    7,    9,    13,    17,    25,
-                                    33,   49,   65,   97,   129,  193,  257,  385,   513,   769,
-                                    1025, 1537, 2049, 3073, 4097, 6145, 8193, 12289, 16385, 24577};
-constexpr uint8_t kDistExtra[30] = {0, 0, 0, 0, 1, 1, 2, 2,  3,  3,  4,  4,  5,  5,  6,
-                                    6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11, 12, 12, 13, 13};
-constexpr uint8_t kCodeLenOrder[19] = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
-                                       11, 4,  12, 3, 13, 2, 14, 1, 15};
 
 uint32_t LitInfo(int symbol) {
   if (symbol < 256) return Entry(kKindLiteral, 0, static_cast<uint32_t>(symbol));

@@ -200,6 +200,21 @@
 #define IDC_CALC_EXPRESSION 103
 #define IDC_CALC_CLEAR 104  // a command only: empties the input
 #define IDD_BIN2SRC 163
+// The project archive's progress window.
+#define IDD_ZIP_PROGRESS 180
+#define IDC_PROGRESS_TEXT 100
+#define IDC_PROGRESS_BAR 101
+// The coding-style dialog.
+#define IDD_STYLE_CONVERT 181
+#define IDC_STYLE_FILE 100
+#define IDC_STYLE_BROWSE 101
+#define IDC_STYLE_BRACE_SAME 102  // ... 103: next line
+#define IDC_STYLE_BRACE_NEXT 103
+#define IDC_STYLE_INDENT 104
+#define IDC_STYLE_TABS 105
+#define IDC_STYLE_KEYWORD 106
+#define IDC_STYLE_OPERATORS 107
+#define IDC_STYLE_ONE_STATEMENT 108
 #define IDC_BIN_FILE 100
 #define IDC_BIN_BROWSE 102
 #define IDC_SRC_FILE 103

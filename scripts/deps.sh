@@ -6,7 +6,7 @@ packages=(
   cmake ninja-build g++ clang libclang-rt-14-dev googletest ccache
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
   wine wine64 fonts-wine fonts-dejavu-core xvfb x11-apps netpbm xdotool fonts-nanum locales
-  libpng-dev zlib1g-dev socat
+  libpng-dev zlib1g-dev socat zip unzip
 )
 
 missing=()

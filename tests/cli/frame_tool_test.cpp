@@ -52,6 +52,8 @@ TEST(FrameTool, MenuStateAndCommandTable) {
   EXPECT_EQ(Tool("command 25").out, "frame\r\n");
   EXPECT_EQ(Tool("command 9999").out, "unfinished\r\nI have not finished it yet.\r\n");
   EXPECT_EQ(Tool("command 107").out, "forward\r\n");
+  EXPECT_EQ(Tool("command 27").out, "frame\r\n");
+  EXPECT_EQ(Tool("command 118").out, "project\r\n");
   EXPECT_EQ(Tool("command 10003").out, "window-list\r\n");
 }
 

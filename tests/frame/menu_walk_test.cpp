@@ -17,7 +17,7 @@
 namespace {
 
 // The items whose windows are not in this build yet.
-const std::set<int> kWaiting = {23, 25, 26, 27, 29, 39, 44, 118};
+const std::set<int> kWaiting = {23};
 // Forwarded items that the project window runs when it is the active child.
 const std::set<int> kProjectWindowItems = {45, 120, 121, 122, 123};
 
