@@ -6,6 +6,38 @@ std::wstring FolderOf(const std::wstring& exe) {
   return exe.substr(0, exe.find_last_of(L'\\') + 1);
 }
 
+std::string Utf8Text(const std::wstring& text) {
+  char bytes[MAX_PATH * 3];
+  WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr);
+  return bytes;
+}
+
+std::string ToSlashes(std::string path) {
+  for (char& c : path) {
+    if (c == '\\') c = '/';
+  }
+  return path;
+}
+
+RECT Place(HWND window) {
+  RECT rect;
+  GetWindowRect(window, &rect);
+  return rect;
+}
+
+std::wstring BoxMessage(HWND box) {
+  std::wstring longest;
+  auto take = [](HWND child, LPARAM found) -> BOOL {
+    wchar_t text[512];
+    SendMessageW(child, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text));
+    std::wstring* kept = reinterpret_cast<std::wstring*>(found);
+    if (wcslen(text) > kept->size()) *kept = text;
+    return TRUE;
+  };
+  EnumChildWindows(box, take, reinterpret_cast<LPARAM>(&longest));
+  return longest;
+}
+
 void WriteBytes(const std::wstring& path, const std::string& bytes) {
   HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   DWORD written = 0;

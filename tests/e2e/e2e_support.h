@@ -10,6 +10,9 @@
 #include "tests/e2e/quill_driver.h"
 
 std::wstring FolderOf(const std::wstring& exe);
+// UTF-8 as the program keeps paths in its files, and the same with '/' separators.
+std::string Utf8Text(const std::wstring& text);
+std::string ToSlashes(std::string path);
 void WriteBytes(const std::wstring& path, const std::string& bytes);
 // The file's bytes; empty when it cannot be read.
 std::string ReadBytes(const std::wstring& path);
@@ -24,6 +27,11 @@ HWND OnlyChild(const QuillProcess& quill);
 HWND WaitForWindow(const QuillProcess& quill, const std::wstring& caption, DWORD timeoutMs = 5000);
 // Waits until `window` has gone; false when it is still there.
 bool WaitUntilGone(HWND window, DWORD timeoutMs = 5000);
+
+// A window's place on the screen.
+RECT Place(HWND window);
+// The longest text among a message box's controls: its message.
+std::wstring BoxMessage(HWND box);
 
 // Brings the frame to the front with the focus in `editor`.
 void FocusEditor(const QuillProcess& quill, HWND editor);

@@ -61,25 +61,14 @@ TEST(Frame, ExitCommandClosesTheFrame) {
   EXPECT_EQ(quill.CloseAndWait(1000), 0);
 }
 
-}  // namespace
-
-namespace {
-
-void WriteText(const std::wstring& path, const std::string& text) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-  CloseHandle(file);
-}
-
 // A language named in QUILL.INI beside the program is loaded at start; its screenshot shows the
 // translated menu bar.
 TEST(Frame, StartsInTheConfiguredLanguage) {
   std::wstring exe = PrepareFreshCopy(L"language");
-  std::wstring folder = exe.substr(0, exe.find_last_of(L'\\') + 1);
-  WriteText(folder + L"QUILL.INI", "[Config]\r\nLanguage=English\r\n");
+  std::wstring folder = FolderOf(exe);
+  WriteBytes(folder + L"QUILL.INI", "[Config]\r\nLanguage=English\r\n");
   CreateDirectoryW((folder + L"LANGUAGE").c_str(), nullptr);
-  WriteText(
+  WriteBytes(
       folder + L"LANGUAGE\\English.lng",
       "; Quill in English\r\n1=&File\r\n2=&Edit\r\n3=&Tools\r\n4=\"&Window\"\r\n85=E&xit\r\n");
   QuillProcess quill;
@@ -88,25 +77,17 @@ TEST(Frame, StartsInTheConfiguredLanguage) {
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
 
-}  // namespace
-
-namespace {
-
 // A settings file left read-only (copied from a CD, say) is made writable again at start.
 TEST(Frame, ClearsTheReadOnlyAttributeOfItsSettingsFile) {
   std::wstring exe = PrepareFreshCopy(L"read-only-settings");
-  std::wstring ini = exe.substr(0, exe.find_last_of(L'\\') + 1) + L"QUILL.INI";
-  WriteText(ini, "[Config]\r\n");
+  std::wstring ini = FolderOf(exe) + L"QUILL.INI";
+  WriteBytes(ini, "[Config]\r\n");
   SetFileAttributesW(ini.c_str(), FILE_ATTRIBUTE_READONLY);
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe));
   EXPECT_FALSE(GetFileAttributesW(ini.c_str()) & FILE_ATTRIBUTE_READONLY);
   EXPECT_EQ(quill.CloseAndWait(10000), 0);
 }
-
-}  // namespace
-
-namespace {
 
 // Every chord of the key map, as the table in Quill.exe holds it.
 TEST(Frame, AcceleratorTableHoldsEveryChord) {
@@ -125,49 +106,21 @@ TEST(Frame, AcceleratorTableHoldsEveryChord) {
     return false;
   };
   const BYTE v = FVIRTKEY, c = FVIRTKEY | FCONTROL, cs = FVIRTKEY | FCONTROL | FSHIFT;
+  // clang-format off
   struct Chord {
     BYTE flags;
     WORD key;
     WORD command;
   } chords[] = {
-      {FVIRTKEY | FSHIFT, VK_F4, 87},
-      {FVIRTKEY | FSHIFT, VK_F5, 86},
-      {c, 'N', 79},
-      {c, 'S', 82},
-      {c, VK_HOME, 92},
-      {c, VK_END, 93},
-      {cs, VK_HOME, 94},
-      {cs, VK_END, 95},
-      {c, VK_LEFT, 48},
-      {c, VK_RIGHT, 49},
-      {c, VK_UP, 30},
-      {c, VK_DOWN, 31},
-      {c, VK_BACK, 35},
-      {c, 'X', 105},
-      {c, 'C', 106},
-      {c, 'V', 107},
-      {c, 'A', 74},
-      {c, 'F', 108},
-      {v, VK_F1, 99},
-      {v, VK_F3, 109},
-      {v, VK_F5, 111},
-      {c, VK_F5, 124},
-      {v, VK_F7, 125},
-      {c, VK_F7, 46},
-      {c, 'H', 110},
-      {c, 'Z', 70},
-      {c, 'Y', 71},
-      {cs, 'U', 72},
-      {cs, 'I', 73},
-      {c, 'G', 76},
-      {c, 'O', 40},
-      {c, 'Q', 41},
-      {c, 'K', 42},
-      {FVIRTKEY | FSHIFT | FALT, 'Q', 47},
-      {FALT, '[', 113},
-      {FALT, ']', 113},
-      {cs, VK_OEM_5, 22},
-  };
+      {FVIRTKEY | FSHIFT, VK_F4, 87}, {FVIRTKEY | FSHIFT, VK_F5, 86}, {c, 'N', 79}, {c, 'S', 82},
+      {c, VK_HOME, 92}, {c, VK_END, 93}, {cs, VK_HOME, 94}, {cs, VK_END, 95}, {c, VK_LEFT, 48},
+      {c, VK_RIGHT, 49}, {c, VK_UP, 30}, {c, VK_DOWN, 31}, {c, VK_BACK, 35}, {c, 'X', 105},
+      {c, 'C', 106}, {c, 'V', 107}, {c, 'A', 74}, {c, 'F', 108}, {v, VK_F1, 99}, {v, VK_F3, 109},
+      {v, VK_F5, 111}, {c, VK_F5, 124}, {v, VK_F7, 125}, {c, VK_F7, 46}, {c, 'H', 110},
+      {c, 'Z', 70}, {c, 'Y', 71}, {cs, 'U', 72}, {cs, 'I', 73}, {c, 'G', 76}, {c, 'O', 40},
+      {c, 'Q', 41}, {c, 'K', 42}, {FVIRTKEY | FSHIFT | FALT, 'Q', 47}, {FALT, '[', 113},
+      {FALT, ']', 113}, {cs, VK_OEM_5, 22}};
+  // clang-format on
   for (const Chord& chord : chords)
     EXPECT_TRUE(has(chord.flags, chord.key, chord.command))
         << "flags " << int(chord.flags) << " key " << chord.key << " command " << chord.command;
@@ -224,17 +177,7 @@ TEST(Frame, MenusStatusBarAndUnfinishedCommands) {
   ASSERT_NE(box, nullptr);
   EXPECT_NE(box, quill.Frame());
   SaveScreenshot(ScreenshotFolder() + L"unfinished.bmp");
-  wchar_t message[128] = L"";
-  EnumChildWindows(
-      box,
-      [](HWND child, LPARAM found) -> BOOL {
-        wchar_t text[128];
-        GetWindowTextW(child, text, 128);
-        if (wcsstr(text, L"finished")) wcscpy(reinterpret_cast<wchar_t*>(found), text);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(message));
-  EXPECT_STREQ(message, L"I have not finished it yet.");
+  EXPECT_EQ(BoxMessage(box), L"I have not finished it yet.");
   PostMessageW(box, WM_COMMAND, IDOK, 0);
   Settle();
 
@@ -248,7 +191,7 @@ TEST(Frame, MenusStatusBarAndUnfinishedCommands) {
 TEST(Frame, OptionsSheetWritesTheFontSettings) {
   std::wstring exe = PrepareFreshCopy(L"options");
   std::wstring ini = FolderOf(exe) + L"QUILL.INI";
-  WriteText(ini, "[Config]\r\nEngFontSize=20\r\nHanFontOfsY=3\r\nWheelScrollLines=4\r\n");
+  WriteBytes(ini, "[Config]\r\nEngFontSize=20\r\nHanFontOfsY=3\r\nWheelScrollLines=4\r\n");
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe));
   PostMessageW(quill.Frame(), WM_COMMAND, 75, 0);
@@ -296,29 +239,21 @@ TEST(Frame, OptionsSheetWritesTheFontSettings) {
 TEST(Frame, SessionIsRestoredAfterARestart) {
   std::wstring exe = PrepareFreshCopy(L"session");
   std::wstring folder = FolderOf(exe);
-  std::string base;
-  {
-    char bytes[MAX_PATH * 3];
-    WideCharToMultiByte(CP_UTF8, 0, folder.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr);
-    base = bytes;
-    for (char& c : base) {
-      if (c == '\\') c = '/';
-    }
-  }
-  WriteText(folder + L"one.c", "int one;\r\n");
-  WriteText(folder + L"two words.txt", "second file\r\n");
-  WriteText(folder + L"three.h", "#define THREE 3\r\n");
+  std::string base = ToSlashes(Utf8Text(folder));
+  WriteBytes(folder + L"one.c", "int one;\r\n");
+  WriteBytes(folder + L"two words.txt", "second file\r\n");
+  WriteBytes(folder + L"three.h", "#define THREE 3\r\n");
   std::wstring ini = folder + L"QUILL.INI";
-  WriteText(ini,
-            "[DlgPos]\r\nFrameWnd=30 20 900 700\r\n[DocList]\r\n"
-            "0=\"" +
-                base +
-                "two words.txt\" 40 30 320 220 3\r\n"
-                "1=\"" +
-                base +
-                "one.c\" 0 0 300 200 1\r\n"
-                "2=\"" +
-                base + "three.h\" 80 60 340 240 1\r\n3=\r\nProject=\r\n");
+  WriteBytes(ini,
+             "[DlgPos]\r\nFrameWnd=30 20 900 700\r\n[DocList]\r\n"
+             "0=\"" +
+                 base +
+                 "two words.txt\" 40 30 320 220 3\r\n"
+                 "1=\"" +
+                 base +
+                 "one.c\" 0 0 300 200 1\r\n"
+                 "2=\"" +
+                 base + "three.h\" 80 60 340 240 1\r\n3=\r\nProject=\r\n");
   {
     QuillProcess quill;
     ASSERT_TRUE(quill.Start(exe));
@@ -372,11 +307,11 @@ TEST(Frame, SessionIsRestoredAfterARestart) {
 TEST(Frame, CommandLineDocumentKeepsTheListAsItWas) {
   std::wstring exe = PrepareFreshCopy(L"command-line");
   std::wstring folder = FolderOf(exe);
-  WriteText(folder + L"given.txt", "from the command line\r\n");
+  WriteBytes(folder + L"given.txt", "from the command line\r\n");
   std::wstring ini = folder + L"QUILL.INI";
   std::string before =
       "[DlgPos]\r\nFrameWnd=10 10 800 600\r\n[DocList]\r\n0=\"c:/x.c\" 0 0 1 1 1\r\n1=\r\n";
-  WriteText(ini, before);
+  WriteBytes(ini, before);
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"given.txt\""));
   Settle();
@@ -411,16 +346,7 @@ TEST(Frame, MissingCommandLineDocumentEndsTheStart) {
 // new document is the first untitled one, whatever was opened before it.
 bool OpenThroughDialog(const QuillProcess& quill, const std::wstring& path) {
   PostMessageW(quill.Frame(), WM_COMMAND, 80, 0);
-  HWND dialog = nullptr;
-  for (int i = 0; i < 100 && !dialog; ++i, Sleep(50)) {
-    DWORD process = 0, owner = 0;
-    GetWindowThreadProcessId(quill.Frame(), &process);
-    for (HWND window = FindWindowW(L"#32770", nullptr); window && !dialog;
-         window = FindWindowExW(nullptr, window, L"#32770", nullptr)) {
-      GetWindowThreadProcessId(window, &owner);
-      if (owner == process && IsWindowVisible(window)) dialog = window;
-    }
-  }
+  HWND dialog = WaitForWindow(quill, L"");
   if (!dialog) return false;
   Sleep(200);
   // Nothing opens read-only, so the dialog's read-only box is not offered.
@@ -429,17 +355,16 @@ bool OpenThroughDialog(const QuillProcess& quill, const std::wstring& path) {
   SetDlgItemTextW(dialog, 0x47C, path.c_str());  // the name box of the explorer-style dialog
   SetDlgItemTextW(dialog, 0x480, path.c_str());  // ... and of the older one
   PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-  for (int i = 0; i < 100 && IsWindow(dialog); ++i)
-    Sleep(50);
+  bool gone = WaitUntilGone(dialog);
   Settle();
-  return !IsWindow(dialog);
+  return gone;
 }
 
 TEST(Frame, OpenActivatesAnOpenFileAndReusesAnEmptyNewDocument) {
   std::wstring exe = PrepareFreshCopy(L"open-or-activate");
   std::wstring folder = FolderOf(exe);
-  WriteText(folder + L"first.c", "int first;\r\n");
-  WriteText(folder + L"second.c", "int second;\r\n");
+  WriteBytes(folder + L"first.c", "int first;\r\n");
+  WriteBytes(folder + L"second.c", "int second;\r\n");
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe));
   ASSERT_TRUE(OpenThroughDialog(quill, folder + L"first.c"));
@@ -530,8 +455,8 @@ TEST(Frame, HelpWindowShowsTheHelpText) {
 TEST(Frame, DroppedFilesWindowCommandsAndASecondCopy) {
   std::wstring exe = PrepareFreshCopy(L"frame-drop");
   std::wstring folder = FolderOf(exe);
-  WriteText(folder + L"one.c", "int one;\r\n");
-  WriteText(folder + L"two.c", "int two;\r\n");
+  WriteBytes(folder + L"one.c", "int one;\r\n");
+  WriteBytes(folder + L"two.c", "int two;\r\n");
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe));
   ASSERT_TRUE(quill.DropFiles({folder + L"one.c", folder + L"two.c"}, POINT{200, 200}));
@@ -542,26 +467,21 @@ TEST(Frame, DroppedFilesWindowCommandsAndASecondCopy) {
   EXPECT_NE(WindowText(children[1]).find(L"one.c"), std::wstring::npos);
   SaveScreenshot(ScreenshotFolder() + L"frame-dropped.bmp");
 
-  auto place = [](HWND window) {
-    RECT rect;
-    GetWindowRect(window, &rect);
-    return rect;
-  };
   // Tile vertically (87): side by side, the same height; horizontally (88): one above the other.
   PostMessageW(quill.Frame(), WM_COMMAND, 87, 0);
   Settle();
-  RECT a = place(children[0]), b = place(children[1]);
+  RECT a = Place(children[0]), b = Place(children[1]);
   EXPECT_EQ(a.top, b.top);
   EXPECT_NE(a.left, b.left);
   PostMessageW(quill.Frame(), WM_COMMAND, 88, 0);
   Settle();
-  a = place(children[0]), b = place(children[1]);
+  a = Place(children[0]), b = Place(children[1]);
   EXPECT_EQ(a.left, b.left);
   EXPECT_NE(a.top, b.top);
   // Cascade (86): each lower and to the right of the one behind it.
   PostMessageW(quill.Frame(), WM_COMMAND, 86, 0);
   Settle();
-  a = place(children[0]), b = place(children[1]);
+  a = Place(children[0]), b = Place(children[1]);
   EXPECT_GT(a.left, b.left);
   EXPECT_GT(a.top, b.top);
   SaveScreenshot(ScreenshotFolder() + L"frame-cascade.bmp");

@@ -22,19 +22,6 @@ constexpr int kCmdCloseProject = 119;
 constexpr int kCmdModifyTarget = 45;
 constexpr int kCmdOpenFile = 123;
 
-std::string Utf8(const std::wstring& text) {
-  char bytes[MAX_PATH * 3];
-  WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr);
-  return bytes;
-}
-
-std::string ToSlashes(std::string path) {
-  for (char& c : path) {
-    if (c == '\\') c = '/';
-  }
-  return path;
-}
-
 HWND ProjectChild(const QuillProcess& quill) {
   for (HWND child : Children(quill)) {
     if (ClassName(child) == L"QuillProject") return child;
@@ -146,7 +133,7 @@ TEST(ProjectWindow, OpensFromTheCommandLineBuildsAndComesBackAfterARestart) {
     EXPECT_NE(makefile.find("T=hello.exe\r\nS=\\\r\n main.c\\\r\n\r\n"), std::string::npos)
         << makefile;
     std::string batch = ReadBytes(folder + L"C.BAT");
-    std::string compiler = Utf8(folder) + "VCTEST";
+    std::string compiler = Utf8Text(folder) + "VCTEST";
     EXPECT_NE(batch.find(compiler + "\\NMAKE hello.mak VCPATH=" + compiler + "\r\n"),
               std::string::npos)
         << batch;
@@ -155,7 +142,7 @@ TEST(ProjectWindow, OpensFromTheCommandLineBuildsAndComesBackAfterARestart) {
     EXPECT_EQ(quill.CloseAndWait(15000), 0);
   }
   // The settings remember the project; the project holds its desk.
-  EXPECT_EQ(Setting(folder + L"QUILL.INI", L"DocList", L"Project"), ToSlashes(Utf8(prj)));
+  EXPECT_EQ(Setting(folder + L"QUILL.INI", L"DocList", L"Project"), ToSlashes(Utf8Text(prj)));
   std::string entry = Setting(prj, L"DocList", L"0");
   EXPECT_NE(entry.find("main.c\""), std::string::npos) << entry;
   EXPECT_NE(Setting(prj, L"DocList", L"Project"), "<none>");
@@ -283,7 +270,7 @@ TEST(ProjectWindow, NewProjectTargetBuildRunAndDrag) {
   ASSERT_TRUE(WaitForFile(work + L"NMAKE.LOG"));
   Sleep(500);
   EXPECT_EQ(ReadBytes(work + L"CONSOLE.CPP").rfind("// mine\r\n", 0), 0u);
-  std::string compiler = Utf8(folder) + "VCTEST";
+  std::string compiler = Utf8Text(folder) + "VCTEST";
   std::string log = ReadBytes(work + L"NMAKE.LOG");
   EXPECT_NE(log.find("|con app.mak|VCPATH=" + compiler + "\n"), std::string::npos) << log;
   EXPECT_NE(ReadBytes(work + L"con app.mak").find("T=con app.exe\r\nS=\\\r\n CONSOLE.CPP\\\r\n"),

@@ -18,7 +18,8 @@ class Editing : public EditorTest {
   }
 };
 
-TEST_F(Editing, TypedCharactersMergeIntoOneRecordAndUndoAtOnce) {
+// A run of typing is one record; typing elsewhere starts the next.
+TEST_F(Editing, TypedCharactersMergeIntoOneRecordUntilTheCaretJumps) {
   SetText({"x"});
   Caret(1, 0);
   Type("abc");
@@ -32,19 +33,16 @@ TEST_F(Editing, TypedCharactersMergeIntoOneRecordAndUndoAtOnce) {
   Redo(&view);
   EXPECT_EQ(Lines(document), (Texts{"xabc"}));
   EXPECT_EQ(view.caretColumn, 4);
-}
 
-TEST_F(Editing, TypingElsewhereStartsANewRecord) {
-  SetText({"abc"});
   Caret(0, 0);
   Type("1");
   Caret(3, 0);
   Type("2");
-  EXPECT_EQ(Lines(document), (Texts{"1ab2c"}));
+  EXPECT_EQ(Lines(document), (Texts{"1xa2bc"}));
   Undo(&view);
-  EXPECT_EQ(Lines(document), (Texts{"1abc"}));
+  EXPECT_EQ(Lines(document), (Texts{"1xabc"}));
   Undo(&view);
-  EXPECT_EQ(Lines(document), (Texts{"abc"}));
+  EXPECT_EQ(Lines(document), (Texts{"xabc"}));
 }
 
 TEST_F(Editing, ThreeBackspacesComeBackInTheirOrder) {

@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "foundation/settings.h"
@@ -17,22 +15,6 @@ class Bin2SrcOptionsTest : public SettingsFileTest {
  protected:
   Bin2SrcOptionsTest() : SettingsFileTest("quill_b2s_options.ini") {}
 };
-
-TEST_F(Bin2SrcOptionsTest, MissingKeysGiveTheDefaults) {
-  Bin2SrcOptions options;
-  memset(&options, 0x55, sizeof options);
-  LoadBin2SrcOptions(&options);
-  EXPECT_STREQ(options.binFile, "");
-  EXPECT_STREQ(options.saveFile, "");
-  EXPECT_EQ(options.type, kBin2SrcC);
-  EXPECT_EQ(options.dataExp, kBin2SrcHex);
-  EXPECT_EQ(options.dataSize, 0);
-  EXPECT_EQ(options.endian, 0);
-  EXPECT_STREQ(options.dataForm, "0x%02X");
-  EXPECT_STREQ(options.skipBytes, "0");
-  EXPECT_EQ(options.lineLen, 16u);
-  EXPECT_EQ(options.openEditor, 1);
-}
 
 TEST_F(Bin2SrcOptionsTest, SavedOptionsComeBackUnderTheirKeys) {
   Bin2SrcOptions options;
@@ -71,16 +53,24 @@ TEST_F(Bin2SrcOptionsTest, SavedOptionsComeBackUnderTheirKeys) {
   EXPECT_EQ(loaded.openEditor, 0);
 }
 
-TEST_F(Bin2SrcOptionsTest, RadiosOutsideTheirGroupsFallBackAndTheFormatFollows) {
+// Keys that are missing or out of their radio group load as the dialog's first choice, whatever
+// the record held before; the number format follows the data size.
+TEST_F(Bin2SrcOptionsTest, BadOrMissingKeysFallBackAndTheFormatFollows) {
+  Bin2SrcOptions options;
+  memset(&options, 0x55, sizeof options);
+  LoadBin2SrcOptions(&options);
+  EXPECT_STREQ(options.dataForm, "0x%02X");
+  EXPECT_EQ(options.lineLen, 16u);
+  EXPECT_EQ(options.openEditor, 1);
   std::ofstream(path_, std::ios::binary) << "[Config]\r\nBin2SrcType=7\r\nBin2SrcDataExp=-1\r\n"
                                             "Bin2SrcDataSize=1\r\nBin2SrcEndian=3\r\n";
-  Bin2SrcOptions options;
   LoadBin2SrcOptions(&options);
   EXPECT_EQ(options.type, kBin2SrcC);
   EXPECT_EQ(options.dataExp, kBin2SrcHex);
   EXPECT_EQ(options.dataSize, 1);
   EXPECT_EQ(options.endian, 0);
   EXPECT_STREQ(options.dataForm, "0x%04X");
+  EXPECT_STREQ(options.binFile, "");
 }
 
 }  // namespace
