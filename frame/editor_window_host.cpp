@@ -71,8 +71,18 @@ char16_t AskFillCharacter(void*) {
   return AskFillCharacterDialog(g_frame.frame);
 }
 
+// Another program (a clipboard viewer, the system's own synchronisation) may hold the clipboard
+// for a moment: a cut that found it busy would keep its text and paste the old one later.
+bool OpenClipboardPatiently() {
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    if (OpenClipboard(g_frame.frame)) return true;
+    Sleep(10);
+  }
+  return false;
+}
+
 bool SetClipboard(void*, const char16_t* units, int count) {
-  if (!OpenClipboard(g_frame.frame)) return false;
+  if (!OpenClipboardPatiently()) return false;
   EmptyClipboard();
   bool done = false;
   if (HGLOBAL block =
@@ -92,7 +102,7 @@ const char16_t* GetClipboard(void*, int* count) {
   FreeMem(g_clipboardCopy);
   g_clipboardCopy = nullptr;
   *count = 0;
-  if (!OpenClipboard(g_frame.frame)) return nullptr;
+  if (!OpenClipboardPatiently()) return nullptr;
   if (HANDLE block = GetClipboardData(CF_UNICODETEXT)) {
     if (const wchar_t* text = static_cast<const wchar_t*>(GlobalLock(block))) {
       size_t length = wcslen(text);

@@ -15,7 +15,6 @@
 namespace {
 
 constexpr char kHex[] = "0123456789ABCDEF";
-constexpr int kNoCode = -1;
 
 // One character of the input: one unit, or the two of a surrogate pair.
 struct Character {

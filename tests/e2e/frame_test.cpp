@@ -172,7 +172,7 @@ TEST(Frame, MenusStatusBarAndUnfinishedCommands) {
   EXPECT_EQ(quill.StatusText(0), L"\tCol 1, Ln 1");
   EXPECT_EQ(quill.StatusText(1), L"");
 
-  PostMessageW(quill.Frame(), WM_COMMAND, 25, 0);
+  PostMessageW(quill.Frame(), WM_COMMAND, 23, 0);
   HWND box = WaitForWindow(quill, L"Quill");
   ASSERT_NE(box, nullptr);
   EXPECT_NE(box, quill.Frame());

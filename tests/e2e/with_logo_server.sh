@@ -40,4 +40,7 @@ done
 export QUILL_LOGO_PORT=$port
 export QUILL_SILENT_PORT=$(cat "$root/silent.port")
 export QUILL_LOGO_ROOT="$root"
+# The crash program's faults would start Wine's debugger, which keeps the test's output open
+# after the test has ended: the report is all the test needs.
+export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:+$WINEDLLOVERRIDES;}winedbg.exe=d"
 "$runner" "$@"
