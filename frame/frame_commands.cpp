@@ -11,41 +11,41 @@ struct CommandRow {
 
 // Everything not listed here and below 10000 belongs to the active child.
 const CommandRow kRows[] = {
-    {79, kCommandFrame},  // new document
-    {32, kCommandFrame},  // second copy of the program
-    {80, kCommandFrame},  // open
-    {37, kCommandFrame},  // open in another format
-    {43, kCommandFrame},  // help
-    {34, kCommandFrame},  // save all
-    {75, kCommandFrame},  // options sheet
-    {85, kCommandFrame},  // exit
-    {84, kCommandFrame},  // close the active child
-    {86, kCommandFrame},
-    {87, kCommandFrame},
-    {88, kCommandFrame},
-    {89, kCommandFrame},
-    {91, kCommandFrame},   // close all
-    {119, kCommandFrame},  // close project
-    {114, kCommandFrame},  // new project
-    {115, kCommandFrame},  // open project
-    {116, kCommandProjectWindow},
-    {117, kCommandProjectWindow},
-    {118, kCommandProjectWindow},  // compress the project
-    {124, kCommandProjectWindow},
-    {125, kCommandProjectWindow},
-    {126, kCommandProjectWindow},
+    {kCmdNew, kCommandFrame},
+    {kCmdSecondInstance, kCommandFrame},
+    {kCmdOpen, kCommandFrame},
+    {kCmdImport, kCommandFrame},  // open in another format
+    {kCmdHelp, kCommandFrame},
+    {kCmdSaveAll, kCommandFrame},
+    {kCmdOptions, kCommandFrame},
+    {kCmdExit, kCommandFrame},
+    {kCmdCloseChild, kCommandFrame},
+    {kCmdCascade, kCommandFrame},
+    {kCmdTileVertical, kCommandFrame},
+    {kCmdTileHorizontal, kCommandFrame},
+    {kCmdArrangeIcons, kCommandFrame},
+    {kCmdCloseAll, kCommandFrame},
+    {kCmdCloseProject, kCommandFrame},
+    {kCmdNewProject, kCommandFrame},
+    {kCmdOpenProject, kCommandFrame},
+    {kCmdSaveProject, kCommandProjectWindow},
+    {kCmdSaveProjectAs, kCommandProjectWindow},
+    {kCmdCompressProject, kCommandProjectWindow},
+    {kCmdBuildRun, kCommandProjectWindow},
+    {kCmdBuild, kCommandProjectWindow},
+    {kCmdRebuild, kCommandProjectWindow},
     // Dialogs and tool windows that come with their own subsystems.
-    {27, kCommandFrame},  // open with a coding-style conversion
-    {39, kCommandFrame},  // terminal
-    {46, kCommandFrame},       // integer calculator
-    {47, kCommandFrame},       // precision calculator
-    {29, kCommandFrame},  // string code view
-    {28, kCommandFrame},  // binary to source
-    {25, kCommandFrame},  // linear equations
-    {24, kCommandFrame},  // error lookup
-    {23, kCommandUnfinished},
-    {9999, kCommandUnfinished},
-    {44, kCommandFrame},  // the logo window
+    {kCmdOpenWithStyle, kCommandFrame},
+    {kCmdTerminal, kCommandFrame},
+    {kCmdToolCalc, kCommandFrame},
+    {kCmdToolRealCalc, kCommandFrame},
+    {kCmdToolStringView, kCommandFrame},
+    {kCmdToolBin2Src, kCommandFrame},
+    {kCmdToolEquations, kCommandFrame},
+    {kCmdToolErrorLookup, kCommandFrame},
+    {kCmdToolKeywords, kCommandUnfinished},
+    {kCmdUnfinished, kCommandUnfinished},
+    {kCmdLogo, kCommandFrame},
 };
 
 }  // namespace
@@ -68,8 +68,6 @@ const char* FrameCommandName(FrameCommandAction action) {
       return "project";
     case kCommandUnfinished:
       return "unfinished";
-    case kCommandSilent:
-      return "silent";
     case kCommandWindowList:
       return "window-list";
   }

@@ -336,8 +336,6 @@ bool OnCommand(HWND frame, WPARAM wParam, LPARAM lParam) {
     case kCommandUnfinished:
       ShowMessage(frame, kUnfinishedText, MB_OK | MB_ICONINFORMATION);
       return true;
-    case kCommandSilent:
-      return true;
     case kCommandForward:
       if (HWND child = ActiveChild()) SendMessageW(child, WM_COMMAND, wParam, lParam);
       return true;

@@ -69,7 +69,6 @@ class MenuWalk : public CommandTest {
       case kCommandWindowList:
         return id != kCmdUnfinished;
       case kCommandUnfinished:
-      case kCommandSilent:
         return false;
       case kCommandForward:
         break;
