@@ -315,6 +315,13 @@ TEST(Monkey, RandomInputLeavesTheTextTheCoreLeaves) {
   WriteBytes(folder + L"window.c", start);
   WriteBytes(folder + L"core.c", start);
 
+  // Both sides start with an empty clipboard: what an earlier scenario copied would be pasted
+  // into the window only.
+  if (OpenClipboard(nullptr)) {
+    EmptyClipboard();
+    CloseClipboard();
+  }
+
   long long logStart = DebugLogSize();
   QuillProcess quill;
   ASSERT_TRUE(quill.Start(exe, L"\"" + folder + L"window.c\""));
