@@ -19,7 +19,7 @@ void StripConditionComments(TextBuffer* text);
 // suffixes the evaluator does not know.
 void ZeroIdentifiers(TextBuffer* text);
 // Evaluates the final text (the conditional operator, "&&" and "||" as C evaluates them, so an
-// operand that is never evaluated can't fail; the rest by the integer evaluator); on error logs "%s #%d CalcMathExpression('%s') Err=%d, Value=%d",
-// reports `code` and answers 0.
+// operand that is never evaluated can't fail; the rest by the integer evaluator); on error logs "%s
+// #%d CalcMathExpression('%s') Err=%d, Value=%d", reports `code` and answers 0.
 int32_t CalcCondition(const TextBuffer* text, const char* fileName, uint32_t line, TextBuffer* sink,
                       int code);

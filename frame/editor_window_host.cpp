@@ -147,16 +147,28 @@ bool OpenFile(void*, const char* path) {
 }
 
 constexpr EditorHost kWindowEditorHost = {
-    nullptr,    RepaintLine, RepaintAll,       CaretMoved,    TitleChanged, DocumentLoaded,
-    StatusText, AskTabSize,  AskFillCharacter, AskSavePath,   SetClipboard, GetClipboard,
-    OpenTerminalForDocument, nullptr, nullptr, AskUnmappable,
+    nullptr,
+    RepaintLine,
+    RepaintAll,
+    CaretMoved,
+    TitleChanged,
+    DocumentLoaded,
+    StatusText,
+    AskTabSize,
+    AskFillCharacter,
+    AskSavePath,
+    SetClipboard,
+    GetClipboard,
+    OpenTerminalForDocument,
+    nullptr,
+    nullptr,
+    AskUnmappable,
 };
 
 // Quill.exe runs no start-up code that would call constructors: the hosts are constant tables.
 constexpr CommandHost kWindowCommandHost = {
-    nullptr,  SearchDialog,      AskLineNumber,    AskOtherFormat,
-    OpenFile, LookUpDeclaration, IncludeFoldersOf, LastAnalysedFile,
-    AskSortOptions,
+    nullptr,           SearchDialog,     AskLineNumber,    AskOtherFormat, OpenFile,
+    LookUpDeclaration, IncludeFoldersOf, LastAnalysedFile, AskSortOptions,
 };
 
 }  // namespace

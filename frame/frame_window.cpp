@@ -202,7 +202,8 @@ void ApplyLanguage(HWND frame) {
   BOOL maximized = FALSE;
   HWND active = reinterpret_cast<HWND>(
       SendMessageW(g_frame.mdiClient, WM_MDIGETACTIVE, 0, reinterpret_cast<LPARAM>(&maximized)));
-  if (active && maximized) SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
+  if (active && maximized)
+    SendMessageW(g_frame.mdiClient, WM_MDIRESTORE, reinterpret_cast<WPARAM>(active), 0);
   char language[kLanguageNameSize];
   ReadText(kConfigSection, "Language", language, sizeof language, "");
   UnloadLanguage();
@@ -213,7 +214,8 @@ void ApplyLanguage(HWND frame) {
     DestroyMenu(resource);
   }
   TranslateMenu(bar);
-  if (active && maximized) SendMessageW(g_frame.mdiClient, WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(active), 0);
+  if (active && maximized)
+    SendMessageW(g_frame.mdiClient, WM_MDIMAXIMIZE, reinterpret_cast<WPARAM>(active), 0);
   DrawMenuBar(frame);
   if (EditorWindow* editor = EditorWindowOf(ActiveChild())) ShowEditorStatus(editor);
 }

@@ -58,6 +58,7 @@ void Evaluate(HWND dialog) {
 
 INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   PlaceCascaded(dialog, message, &g_openIntCalcs);
+  if (CalcFrameMessage(dialog, message, wParam, lParam)) return TRUE;
   switch (message) {
     case WM_INITDIALOG: {
       LayOutToolEdits(dialog);
@@ -66,17 +67,6 @@ INT_PTR CALLBACK IntCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lP
       PostMessageW(dialog, WM_COMMAND, IDOK, 0);
       return TRUE;
     }
-    case WM_GETMINMAXINFO:
-      LimitToolTracking(lParam, 150, 70);
-      return TRUE;
-    case WM_SIZE:
-      LayOutToolEdits(dialog);
-      InvalidateRect(dialog, nullptr, TRUE);
-      return TRUE;
-    case WM_ERASEBKGND:
-      PaintCalcBackground(dialog, reinterpret_cast<HDC>(wParam));
-      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
-      return TRUE;
     case WM_COMMAND:
       switch (LOWORD(wParam)) {
         case IDOK:
@@ -148,6 +138,23 @@ void PaintCalcBackground(HWND dialog, HDC dc) {
     FillRect(dc, &band, brush);
     DeleteObject(brush);
   }
+}
+
+bool CalcFrameMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_GETMINMAXINFO:
+      LimitToolTracking(lParam, 150, 70);
+      return true;
+    case WM_SIZE:
+      LayOutToolEdits(dialog);
+      InvalidateRect(dialog, nullptr, TRUE);
+      return true;
+    case WM_ERASEBKGND:
+      PaintCalcBackground(dialog, reinterpret_cast<HDC>(wParam));
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
+      return true;
+  }
+  return false;
 }
 
 void LimitToolTracking(LPARAM minMaxInfo, int width, int height) {

@@ -51,6 +51,7 @@ LRESULT CALLBACK InputProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam
 
 INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   PlaceCascaded(dialog, message, &g_openRealCalcs);
+  if (CalcFrameMessage(dialog, message, wParam, lParam)) return TRUE;
   switch (message) {
     case WM_INITDIALOG: {
       int style = ReadInt(kConfigSection, kStyleKey, 0) == 0 ? 0 : 1;
@@ -66,17 +67,6 @@ INT_PTR CALLBACK RealCalcProc(HWND dialog, UINT message, WPARAM wParam, LPARAM l
       PostMessageW(dialog, WM_COMMAND, IDOK, 0);
       return TRUE;
     }
-    case WM_GETMINMAXINFO:
-      LimitToolTracking(lParam, 150, 70);
-      return TRUE;
-    case WM_SIZE:
-      LayOutToolEdits(dialog);
-      InvalidateRect(dialog, nullptr, TRUE);
-      return TRUE;
-    case WM_ERASEBKGND:
-      PaintCalcBackground(dialog, reinterpret_cast<HDC>(wParam));
-      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1);
-      return TRUE;
     case WM_CTLCOLORSTATIC: {
       // The radio buttons' labels stand on the gradient.
       HWND control = reinterpret_cast<HWND>(lParam);

@@ -37,6 +37,9 @@ void LimitToolTracking(LPARAM minMaxInfo, int width, int height);
 void PlaceCascaded(HWND dialog, UINT message, int* open);
 // The calculators' two-colour background over the whole client area.
 void PaintCalcBackground(HWND dialog, HDC dc);
+// What both calculators do alike: the minimum tracking size, the edits following a new size and
+// the background. True when the message was one of these.
+bool CalcFrameMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 // Output text in the internal form (UTF-8) into a control.
 void SetToolOutput(HWND dialog, const char* text);
 

@@ -62,8 +62,10 @@ Scaled ToScaled(const DecimalNumber& value) {
 std::string Difference(Scaled a, Scaled b, int* scale) {
   int low = std::min(a.scale, b.scale);
   auto widen = [&](Scaled* s) {
-    if (s->scale == -100000) s->digits = "0";
-    else s->digits.append(static_cast<size_t>(s->scale - low), '0');
+    if (s->scale == -100000)
+      s->digits = "0";
+    else
+      s->digits.append(static_cast<size_t>(s->scale - low), '0');
   };
   widen(&a);
   widen(&b);
@@ -118,17 +120,27 @@ TEST(DecimalArith, AgreesWithPythonsDecimalButForTheLastDigit) {
     DecimalNumber a = Make(v.a);
     uint32_t error = kMathOk;
     switch (v.op) {
-      case '+': error = AddDecimal(&a, Make(v.b)); break;
-      case '-': error = SubtractDecimal(&a, Make(v.b)); break;
-      case '*': error = MultiplyDecimal(&a, Make(v.b)); break;
-      case '/': error = DivideDecimal(&a, Make(v.b)); break;
-      case 'r': error = SqrtDecimal(&a); break;
+      case '+':
+        error = AddDecimal(&a, Make(v.b));
+        break;
+      case '-':
+        error = SubtractDecimal(&a, Make(v.b));
+        break;
+      case '*':
+        error = MultiplyDecimal(&a, Make(v.b));
+        break;
+      case '/':
+        error = DivideDecimal(&a, Make(v.b));
+        break;
+      case 'r':
+        error = SqrtDecimal(&a);
+        break;
     }
     ASSERT_EQ(error, kMathOk) << v.a << ' ' << v.op << ' ' << v.b;
     // The square root's halvings round, so its fixed point may sit two units off.
     EXPECT_TRUE(WithinUnits(Make(v.result), a, v.op == 'r' ? 2 : 1))
-        << v.a << ' ' << v.op << ' ' << v.b << " = " << v.result << ", got "
-        << ToScaled(a).digits << "e" << ToScaled(a).scale + kDecimalDigits;
+        << v.a << ' ' << v.op << ' ' << v.b << " = " << v.result << ", got " << ToScaled(a).digits
+        << "e" << ToScaled(a).scale + kDecimalDigits;
     ++checked;
   }
   EXPECT_GT(checked, 900);
@@ -289,7 +301,7 @@ TEST(DecimalArith, LargePowersGiveTheirValueUnlessTheResultOverflows) {
       {"5e0", "3e5", 0, "1259302543584091457291530785e-9030", 28},
       {"10001e1", "2147483647e10", 0, nullptr, 0},
       {"-9999999e0", "2147483647e10", 0, "-5444594621971168588521608009e-93", 28},  // odd
-      {"9999e0", "2147483647e10", 0, nullptr, 0},  // underflows
+      {"9999e0", "2147483647e10", 0, nullptr, 0},                                   // underflows
       {"5e0", "6e5", kDecimalPowerSteps, nullptr, 0},
       {"2e1", "6e5", kDecimalPowerSteps, nullptr, 0},
   };

@@ -45,10 +45,15 @@ TEST(CalcWindowLook, BackgroundRunsFromTopToBottomColour) {
     uint32_t colour;
   };
   const Case cases[] = {
-      {0, 100, 0xFADCC8}, {99, 100, 0xDCA178}, {-5, 100, 0xFADCC8}, {500, 100, 0xDCA178},
-      {0, 1, 0xFADCC8},   {0, 0, 0xFADCC8},    {1, 3, 0xEBBFA0},  // halfway, each byte cut toward
-                                                                  // the top colour
-      {1, 31, 0xF9DBC6},                                          // 1/30 of the way
+      {0, 100, 0xFADCC8},
+      {99, 100, 0xDCA178},
+      {-5, 100, 0xFADCC8},
+      {500, 100, 0xDCA178},
+      {0, 1, 0xFADCC8},
+      {0, 0, 0xFADCC8},
+      {1, 3, 0xEBBFA0},   // halfway, each byte cut toward
+                          // the top colour
+      {1, 31, 0xF9DBC6},  // 1/30 of the way
   };
   for (const Case& c : cases) {
     EXPECT_EQ(CalcBackColour(c.row, c.height), c.colour) << c.row << "/" << c.height;
@@ -63,8 +68,8 @@ TEST(CalcWindowLook, BackgroundRunsFromTopToBottomColour) {
 }
 
 TEST(CalcWindowLook, CascadeStepsAndStartsOver) {
-  const int kOpen[][2] = {{0, 0}, {-1, 0}, {1, 1}, {3, 3}, {kCalcCascadeSteps, 0},
-                          {kCalcCascadeSteps + 1, 1}};
+  const int kOpen[][2] = {
+      {0, 0}, {-1, 0}, {1, 1}, {3, 3}, {kCalcCascadeSteps, 0}, {kCalcCascadeSteps + 1, 1}};
   for (const auto& c : kOpen)
     EXPECT_EQ(CalcCascadeOffset(c[0]), c[1] * kCalcCascadeStep) << c[0];
 }

@@ -141,9 +141,9 @@ TEST(CalcMathExpression, CharacterConstants) {
   EXPECT_EQ(Value("'A'"), 65);
   EXPECT_EQ(Value("'AB'"), 0x4142);
   EXPECT_EQ(Value("'ABCD'"), 0x41424344);
-  EXPECT_EQ(Value("'\\n'"), 0x5C6E);  // no escapes
-  EXPECT_EQ(Value("'\xFF'"), 255);    // bytes are unsigned
-  EXPECT_EQ(Value("'\xB0\xA1'"), 0xB0A1);  // Hangul pasted in the ANSI code page
+  EXPECT_EQ(Value("'\\n'"), 0x5C6E);                         // no escapes
+  EXPECT_EQ(Value("'\xFF'"), 255);                           // bytes are unsigned
+  EXPECT_EQ(Value("'\xB0\xA1'"), 0xB0A1);                    // Hangul pasted in the ANSI code page
   EXPECT_EQ(Error("1+\xEA\xB0\x80"), kMathUnknownFunction);  // cannot start an operand
   EXPECT_EQ(Value("' '"), 32);
   EXPECT_EQ(Error("'ABCDE'"), kMathSyntax);

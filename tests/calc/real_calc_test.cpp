@@ -114,7 +114,8 @@ TEST_F(RealCalc, BinaryLiteralsAreNinetySixBitTwosComplement) {
 TEST_F(RealCalc, ExpressionStyle) {
   EXPECT_EQ(Expression(""), kRealExpressionExample);
   EXPECT_EQ(Expression("1 + 2 * 3 ^ 2"), "= 19\r\n= 13 (Hex)");
-  EXPECT_EQ(Expression("-pi + Sqrt(4)"), "= -1.141592653589793238462643383\r\n= -1 (Hex)\r\n= F (Hex)");
+  EXPECT_EQ(Expression("-pi + Sqrt(4)"),
+            "= -1.141592653589793238462643383\r\n= -1 (Hex)\r\n= F (Hex)");
   EXPECT_EQ(Code("2^0.5"), kMathUnsupported);
   EXPECT_EQ(Code("2^-1"), kMathUnsupported);
   // Large powers that stay in range, to the digits their repeated products share with Python's

@@ -1,9 +1,9 @@
 // quill-tool from the outside: its output, line ends and exit status.
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
 #include "foundation/version.h"
 #include "tests/support/tool_run.h"
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <fstream>
